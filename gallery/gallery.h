@@ -1,0 +1,31 @@
+// The gallery host: one window per page, each showing a family of controls, each saved as a PNG.
+#pragma once
+#include <windows.h>
+#include <functional>
+
+struct GalleryPage {
+    const wchar_t* name;    // also the screenshot's file name (name.png)
+    int clientWidth;
+    int clientHeight;
+    void (*build)(HWND page);  // creates the page's children; may save extra screenshots
+};
+
+// Adds a page; pages are shown in name order. Returns true so that it can initialise a static.
+bool RegisterGalleryPage(const GalleryPage& page);
+
+// Saves the window's current look (screen pixels of its client area) as name.png.
+void SaveScreenshot(HWND window, const wchar_t* name);
+
+// A child window that paints itself through the callback (on a white background).
+using PaintCallback = std::function<void(HDC dc, const RECT& client)>;
+HWND CreatePaintedPanel(HWND parent, int x, int y, int width, int height, PaintCallback paint);
+
+// A static text label.
+HWND AddLabel(HWND parent, int x, int y, int width, int height, const wchar_t* text);
+
+// Dispatches messages for the given time, so that pages can settle before a screenshot.
+void PumpFor(DWORD milliseconds);
+
+// The sample modules loaded by the gallery.
+HINSTANCE GalleryLanguageModule();
+HINSTANCE GalleryResourceModule();

@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Runs a command with a private Wine prefix inside the build folder, one wineserver kept alive for
+# the whole command, and a virtual X display when none is set.
+# Usage: scripts/with-wine.sh BUILD_DIR command [args...]
+set -euo pipefail
+build=$(cd "$1" && pwd)
+shift
+
+export WINEPREFIX="$build/wineprefix"
+export WINEDEBUG=-all
+export WINEDLLOVERRIDES="mscoree,mshtml="
+
+if [ -z "${DISPLAY:-}" ]; then
+    # 24-bit colour so that pixel tests read back exactly what was drawn.
+    exec xvfb-run -a -s "-screen 0 1280x1024x24" "$0" "$build" "$@"
+fi
+
+if [ ! -f "$WINEPREFIX/system.reg" ]; then
+    echo "with-wine: creating the Wine prefix (once per build folder)" >&2
+    wineboot -i >/dev/null 2>&1 || true
+    wineserver -w
+fi
+
+wineserver -p
+trap 'wineserver -k 2>/dev/null || true' EXIT
+"$@"

@@ -1,0 +1,124 @@
+// Shared test helpers: a fixture that checks kvtext allocation balance, host windows that record
+// the messages they receive, message pumping, and pixel access.
+#pragma once
+#include <windows.h>
+#include <gtest/gtest.h>
+#include <functional>
+#include <vector>
+#include "kvtext.h"
+
+namespace kvtest {
+
+// Base fixture: every test must leave the kvtext live-allocation count where it found it.
+// Failure injection is switched off again after each test.
+class KvTest : public ::testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+private:
+    int liveAtStart_ = 0;
+};
+
+struct RecordedMessage {
+    HWND window;
+    UINT message;
+    WPARAM wParam;
+    LPARAM lParam;
+};
+
+// A top-level window of a private class that records every message it receives. An optional
+// handler sees each message first (while pointers in lParam are still valid) and may answer it.
+class HostWindow {
+public:
+    using Handler = std::function<bool(HWND, UINT, WPARAM, LPARAM, LRESULT*)>;
+
+    explicit HostWindow(int clientWidth = 400, int clientHeight = 300,
+                        DWORD style = WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN);
+    ~HostWindow();
+    HostWindow(const HostWindow&) = delete;
+    HostWindow& operator=(const HostWindow&) = delete;
+
+    HWND handle() const { return window_; }
+    operator HWND() const { return window_; }
+
+    void setHandler(Handler handler) { handler_ = std::move(handler); }
+    const std::vector<RecordedMessage>& messages() const { return messages_; }
+    std::vector<RecordedMessage> messages(UINT message) const;
+    int count(UINT message) const { return static_cast<int>(messages(message).size()); }
+    void clear() { messages_.clear(); }
+
+    // A child window of any class, created with this window as parent.
+    HWND createChild(const wchar_t* className, const wchar_t* text, DWORD style, int x, int y,
+                     int width, int height, int id, DWORD exStyle = 0);
+
+private:
+    static LRESULT CALLBACK windowProc(HWND, UINT, WPARAM, LPARAM);
+    HWND window_ = nullptr;
+    Handler handler_;
+    std::vector<RecordedMessage> messages_;
+};
+
+// Records the messages that an existing window receives, through a comctl32 subclass that sits
+// in front of whatever procedure the window has.
+class MessageRecorder {
+public:
+    explicit MessageRecorder(HWND window);
+    ~MessageRecorder();
+    MessageRecorder(const MessageRecorder&) = delete;
+    MessageRecorder& operator=(const MessageRecorder&) = delete;
+
+    const std::vector<RecordedMessage>& messages() const { return messages_; }
+    int count(UINT message) const;
+    void clear() { messages_.clear(); }
+    void detach();
+
+private:
+    static LRESULT CALLBACK subclassProc(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR);
+    HWND window_;
+    std::vector<RecordedMessage> messages_;
+};
+
+// Dispatches every queued message of this thread.
+void PumpMessages();
+// Dispatches messages for the given time.
+void PumpFor(DWORD milliseconds);
+
+// A 32-bit top-down DIB section selected into a memory DC, for drawing tests.
+class Canvas {
+public:
+    Canvas(int width, int height, COLORREF fill = RGB(255, 255, 255));
+    ~Canvas();
+    Canvas(const Canvas&) = delete;
+    Canvas& operator=(const Canvas&) = delete;
+
+    HDC dc() const { return dc_; }
+    HBITMAP bitmap() const { return bitmap_; }
+    int width() const { return width_; }
+    int height() const { return height_; }
+    COLORREF pixel(int x, int y) const;  // as a COLORREF (0x00BBGGRR)
+    void fill(COLORREF colour);
+
+private:
+    HDC dc_;
+    HBITMAP bitmap_;
+    HGDIOBJ previous_;
+    DWORD* bits_;
+    int width_, height_;
+};
+
+// Pixels of any bitmap, read back as 32-bit top-down COLORREF values (row-major).
+std::vector<COLORREF> BitmapPixels(HBITMAP bitmap, int* width = nullptr, int* height = nullptr);
+COLORREF BitmapPixel(HBITMAP bitmap, int x, int y);
+// A device-compatible bitmap filled by a callback of (x, y) -> colour.
+HBITMAP MakeBitmap(int width, int height, const std::function<COLORREF(int, int)>& colourAt);
+// True while the handle names a live GDI object.
+inline bool IsGdiObject(HGDIOBJ object) { return GetObjectType(object) != 0; }
+
+// The loaded sample modules (the shared main loads them).
+HINSTANCE LanguageModule();
+HINSTANCE ResourceModule();
+// Loads both sample modules once; returns false when either is missing.
+bool LoadSampleModules();
+
+}  // namespace kvtest

@@ -1,0 +1,225 @@
+#!/usr/bin/env python3
+"""Writes the pixel art of the library's bitmaps and of the sample resource module as 24-bit BMP
+files. The outputs are committed; run this again only to change a picture."""
+import os
+import struct
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+GREY = (192, 192, 192)      # light grey 0xC0C0C0: the transparent background of the pictures
+BLACK = (0, 0, 0)
+WHITE = (255, 255, 255)
+DARK = (128, 128, 128)
+RED = (200, 30, 30)
+BLUE = (30, 60, 170)
+
+
+def write_bmp(path, pixels):
+    """pixels: rows top to bottom of (r, g, b)."""
+    height, width = len(pixels), len(pixels[0])
+    stride = (width * 3 + 3) & ~3
+    data = bytearray()
+    for row in reversed(pixels):
+        line = bytearray()
+        for r, g, b in row:
+            line += bytes((b, g, r))
+        line += b"\0" * (stride - len(line))
+        data += line
+    header = struct.pack("<2sIHHI", b"BM", 14 + 40 + len(data), 0, 0, 54)
+    info = struct.pack("<IiiHHIIiiII", 40, width, height, 1, 24, 0, len(data), 2835, 2835, 0, 0)
+    with open(path, "wb") as f:
+        f.write(header + info + data)
+
+
+def canvas(width, height, colour=GREY):
+    return [[colour] * width for _ in range(height)]
+
+
+def triangle(size, direction, colour=BLACK):
+    """A solid arrow head in a size x size square on grey, pointing up/down/left/right."""
+    pixels = canvas(size, size)
+    half = size // 2
+    for step in range(half):
+        lo, hi = half - step, half + step
+        for k in range(lo, hi + 1):
+            line = size // 4 + step
+            if 0 <= k < size and 0 <= line < size:
+                if direction == "up":
+                    pixels[line][k] = colour
+                elif direction == "down":
+                    pixels[size - 1 - line][k] = colour
+                elif direction == "left":
+                    pixels[k][line] = colour
+                else:
+                    pixels[k][size - 1 - line] = colour
+    return pixels
+
+
+def sort_arrow(up):
+    """Header sort arrow: a shaded triangle, 8 x 7, on grey."""
+    pixels = canvas(8, 7)
+    for row in range(4):
+        for col in range(3 - row, 5 + row):
+            y = 5 - row if up else 1 + row
+            pixels[y][col] = DARK if col < 4 else WHITE
+    return pixels
+
+
+def calendar_glyph():
+    pixels = canvas(16, 16)
+    for y in range(2, 15):
+        for x in range(1, 15):
+            pixels[y][x] = WHITE
+    for x in range(1, 15):
+        for y in (2, 3, 4):
+            pixels[y][x] = RED
+        pixels[14][x] = BLACK
+    for y in range(2, 15):
+        pixels[y][1] = BLACK
+        pixels[y][14] = BLACK
+    for x in (4, 11):  # rings
+        pixels[1][x] = DARK
+        pixels[2][x] = DARK
+    for y in (7, 10, 12):
+        for x in range(3, 13, 3):
+            pixels[y][x] = BLUE
+            pixels[y][x + 1] = BLUE
+    return pixels
+
+
+def size_grip():
+    """13 x 13 grip: three diagonal ridges in the lower right corner."""
+    pixels = canvas(13, 13)
+    for offset in (0, 4, 8):
+        for i in range(13 - offset):
+            x, y = offset + i, 12 - i
+            if 0 <= x < 13 and 0 <= y < 13:
+                pixels[y][x] = WHITE
+                if x + 1 < 13:
+                    pixels[y][x + 1] = DARK
+                if x + 2 < 13:
+                    pixels[y][x + 2] = DARK
+    return pixels
+
+
+def anchor_marker():
+    """5 x 9 marker drawn in a list box's right strip."""
+    pixels = canvas(5, 9)
+    for y in range(9):
+        for x in range(5):
+            if abs(y - 4) <= x:
+                pixels[y][x] = BLUE
+    return pixels
+
+
+def delete_format():
+    """16 x 16 eraser cross for the delete-format button."""
+    pixels = canvas(16, 16)
+    for i in range(3, 13):
+        for d in (0, 1):
+            pixels[i][i + d - 1 if i + d - 1 < 16 else 15] = RED
+            pixels[i][16 - i - d] = RED
+    return pixels
+
+
+def tool_glyph(kind):
+    pixels = canvas(16, 16)
+    if kind == "save":
+        for y in range(2, 14):
+            for x in range(2, 14):
+                pixels[y][x] = BLUE
+        for y in range(3, 7):
+            for x in range(4, 12):
+                pixels[y][x] = WHITE
+    elif kind == "print":
+        for y in range(6, 12):
+            for x in range(1, 15):
+                pixels[y][x] = DARK
+        for y in range(2, 6):
+            for x in range(4, 12):
+                pixels[y][x] = WHITE
+        for y in range(10, 15):
+            for x in range(4, 12):
+                pixels[y][x] = WHITE
+    elif kind == "search":
+        for y in range(16):
+            for x in range(16):
+                if 9 <= (x - 6) ** 2 + (y - 6) ** 2 <= 20:
+                    pixels[y][x] = BLACK
+        for i in range(9, 14):
+            pixels[i][i] = BLACK
+            pixels[i][i + 1 if i < 15 else 15] = BLACK
+    else:  # "new": a sheet with a folded corner
+        for y in range(1, 15):
+            for x in range(3, 13):
+                pixels[y][x] = WHITE
+        for y in range(1, 15):
+            pixels[y][3] = BLACK
+            pixels[y][12] = BLACK
+        for x in range(3, 13):
+            pixels[1][x] = BLACK
+            pixels[14][x] = BLACK
+    return pixels
+
+
+HAND = [
+    "     XX         ",
+    "    X..X        ",
+    "    X..X        ",
+    "    X..X        ",
+    "    X..XXX      ",
+    "    X..X..XXX   ",
+    " XX X..X..X..XX ",
+    "X..XX.........X.",
+    "X...X.........X ",
+    " X............X ",
+    "  X...........X ",
+    "  X..........X  ",
+    "   X.........X  ",
+    "    X.......X   ",
+    "     X......X   ",
+    "     XXXXXXXX   ",
+]
+
+
+def write_cursor(path, art, hotspot):
+    """A 32 x 32 monochrome cursor: 'X' black, '.' white, blank transparent."""
+    size = 32
+    xor_rows, and_rows = [], []
+    for y in range(size):
+        line = art[y] if y < len(art) else ""
+        xor_bits = and_bits = 0
+        for x in range(size):
+            c = line[x] if x < len(line) else " "
+            xor_bits = (xor_bits << 1) | (1 if c == "." else 0)
+            and_bits = (and_bits << 1) | (1 if c == " " else 0)
+        xor_rows.append(struct.pack(">I", xor_bits))
+        and_rows.append(struct.pack(">I", and_bits))
+    info = struct.pack("<IiiHHIIiiII", 40, size, size * 2, 1, 1, 0, 0, 0, 0, 2, 0)
+    palette = bytes((0, 0, 0, 0, 255, 255, 255, 0))
+    image = info + palette + b"".join(reversed(xor_rows)) + b"".join(reversed(and_rows))
+    directory = struct.pack("<HHH", 0, 2, 1)
+    entry = struct.pack("<BBBBHHII", size, size, 0, 0, hotspot[0], hotspot[1], len(image), 6 + 16)
+    with open(path, "wb") as f:
+        f.write(directory + entry + image)
+
+
+def main():
+    res = os.path.join(ROOT, "res")
+    write_bmp(os.path.join(res, "btaob.bmp"), triangle(9, "up"))
+    write_bmp(os.path.join(res, "btaun.bmp"), triangle(9, "down"))
+    write_bmp(os.path.join(res, "btali.bmp"), triangle(9, "left"))
+    write_bmp(os.path.join(res, "btare.bmp"), triangle(9, "right"))
+    write_bmp(os.path.join(res, "sort_up.bmp"), sort_arrow(True))
+    write_bmp(os.path.join(res, "sort_down.bmp"), sort_arrow(False))
+    write_bmp(os.path.join(res, "calendar.bmp"), calendar_glyph())
+    write_bmp(os.path.join(res, "grip.bmp"), size_grip())
+    write_bmp(os.path.join(res, "anchor.bmp"), anchor_marker())
+    for kind in ("new", "save", "print", "search"):
+        write_bmp(os.path.join(res, "tool_%s.bmp" % kind), tool_glyph(kind))
+    samples = os.path.join(ROOT, "samples", "resources")
+    write_bmp(os.path.join(samples, "btndelfmt.bmp"), delete_format())
+    write_cursor(os.path.join(samples, "hand.cur"), HAND, (5, 0))
+
+
+if __name__ == "__main__":
+    main()
