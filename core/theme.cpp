@@ -4,15 +4,15 @@
 #include "core/library.h"
 #include "include/kvkit_theme.h"
 
-namespace {
-
 struct ThemeBinding {
     const char* name;
     FARPROC entry;
 };
 
 // Row order is fixed; the row of KxDrawThemeEdge is named "DrameEdge", so a lookup by name
-// leaves that wrapper unbound.
+// leaves that wrapper unbound. The table has external linkage so that it stays in the image,
+// names included, for a binding step to find even though the library itself never reads them.
+extern ThemeBinding g_themeBindings[48];
 ThemeBinding g_themeBindings[48] = {
     {"OpenThemeData", nullptr},
     {"CloseThemeData", nullptr},
@@ -63,6 +63,8 @@ ThemeBinding g_themeBindings[48] = {
     {"EnableTheming", nullptr},
     {"DrawThemeBackgroundEx", nullptr},
 };
+
+namespace {
 
 enum ThemeRow {
     kOpenThemeDataRow = 0,

@@ -163,6 +163,7 @@ int wmain(int argc, wchar_t** argv) {
         fwprintf(stderr, L"the sample modules must lie beside kvgallery.exe\n");
         return 2;
     }
+    LoadLibraryW(L"kvkit2.dll");  // the sibling toolkit registers "kx2ImgButton"
     Kx1SetLanguage(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), g_resourceModule, g_languageModule);
     InitTool();
     registerClasses();

@@ -8,7 +8,8 @@ shift
 
 export WINEPREFIX="$build/wineprefix"
 export WINEDEBUG=-all
-export WINEDLLOVERRIDES="mscoree,mshtml="
+# winedbg disabled: a crashing test must end with an error, not wait in a debugger.
+export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
 
 if [ -z "${DISPLAY:-}" ]; then
     # 24-bit colour so that pixel tests read back exactly what was drawn.
@@ -18,9 +19,15 @@ fi
 if [ ! -f "$WINEPREFIX/system.reg" ]; then
     echo "with-wine: creating the Wine prefix (once per build folder)" >&2
     wineboot -i >/dev/null 2>&1 || true
+    # Unmanaged windows: without a window manager, hiding a managed window waits two seconds
+    # for a state change that never comes.
+    wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 || true
     wineserver -w
 fi
 
 wineserver -p
 trap 'wineserver -k 2>/dev/null || true' EXIT
+# Start Wine's background services now, with no terminal or pipe of ours: services started by a
+# test process would inherit its output pipe and keep CTest waiting for it to close.
+wine cmd.exe /c exit </dev/null >/dev/null 2>&1 || true
 "$@"

@@ -60,7 +60,9 @@ private:
 };
 
 // Records the messages that an existing window receives, through a comctl32 subclass that sits
-// in front of whatever procedure the window has.
+// in front of whatever procedure the window has. Detaching the last comctl32 subclass puts back
+// the procedure the window had before it, dropping any replacement installed on top since: destroy
+// such a window while its recorder is still attached.
 class MessageRecorder {
 public:
     explicit MessageRecorder(HWND window);

@@ -12,6 +12,8 @@ int main(int argc, char** argv) {
         fprintf(stderr, "sample modules not found beside the test program\n");
         return 2;
     }
+    // A host has the sibling toolkit loaded; it registers the "kx2ImgButton" class.
+    LoadLibraryW(L"kvkit2.dll");
     Kx1SetLanguage(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), kvtest::ResourceModule(),
                    kvtest::LanguageModule());
     InitTool();

@@ -1,0 +1,16 @@
+// The core suite starts the library itself: the start-up tests must see InitTool and
+// Kx1SetLanguage before anything has called them.
+#include "kvtest.h"
+#include <commctrl.h>
+#include <stdio.h>
+
+int main(int argc, char** argv) {
+    INITCOMMONCONTROLSEX init = {sizeof(init), ICC_WIN95_CLASSES};
+    InitCommonControlsEx(&init);
+    if (!kvtest::LoadSampleModules()) {
+        fprintf(stderr, "sample modules not found beside the test program\n");
+        return 2;
+    }
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
