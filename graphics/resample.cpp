@@ -121,31 +121,32 @@ DibDepth gradeDepth(const BITMAP& info) {
     return DibDepth::Bits32;
 }
 
-// The source's bits and the row length its pixels are read with.
+// The source's bits and the row length its pixels are read with. The row length can run past
+// the end of the section's memory; such reads yield 0 instead of touching memory that is not
+// there.
 struct DibSource {
     const BYTE* bits;
     int size;       // bytes of pixel memory the section really has
     int rowLength;  // bytes from one row to the next as read
-    int width;
     int height;
 
     // Bottom-up: picture row y is memory row height - y - 1.
     int offset(int x, int y, int bytesPerPixel) const {
         return (height - y - 1) * rowLength + x * bytesPerPixel;
     }
-    // A 3-byte pixel (blue, green, red) as a COLORREF. The row length can run past the end of the
-    // section's memory; such reads yield black instead of touching memory that is not there.
-    COLORREF read3(int offset) const {
-        if (offset < 0 || offset + 3 > size) return 0;
-        return RGB(bits[offset + 2], bits[offset + 1], bits[offset]);
+    bool holds(int offset, int bytes) const { return offset >= 0 && offset + bytes <= size; }
+    // Blue, green, red as a COLORREF.
+    COLORREF read3(int x, int y) const {
+        int at = offset(x, y, 3);
+        return holds(at, 3) ? RGB(bits[at + 2], bits[at + 1], bits[at]) : 0;
     }
-    DWORD read4(int offset) const {
-        if (offset < 0 || offset + 4 > size) return 0;
-        return *reinterpret_cast<const DWORD*>(bits + offset);
+    WORD read2(int x, int y) const {
+        int at = offset(x, y, 2);
+        return holds(at, 2) ? *reinterpret_cast<const WORD*>(bits + at) : 0;
     }
-    WORD read2(int offset) const {
-        if (offset < 0 || offset + 2 > size) return 0;
-        return *reinterpret_cast<const WORD*>(bits + offset);
+    DWORD read4(int x, int y) const {
+        int at = offset(x, y, 4);
+        return holds(at, 4) ? *reinterpret_cast<const DWORD*>(bits + at) : 0;
     }
 };
 
@@ -187,28 +188,93 @@ void resampleSamples(int oldLength, int newLength, int across, const DibRule& ru
 // 5-5-5 channels widened to 8 bits by repeating their top bits, so that 31 becomes 255.
 int widen5(int value) { return (value << 3) | (value >> 2); }
 
-DWORD blend555(DWORD p0, DWORD p1, double fraction) {
-    int red = blendChannel(widen5((p0 >> 10) & 31), widen5((p1 >> 10) & 31), fraction);
-    int green = blendChannel(widen5((p0 >> 5) & 31), widen5((p1 >> 5) & 31), fraction);
-    int blue = blendChannel(widen5(p0 & 31), widen5(p1 & 31), fraction);
+DWORD pack555(int red, int green, int blue) {
     return ((red >> 3) << 10) | ((green >> 3) << 5) | (blue >> 3);
 }
 
-DWORD pack555(COLORREF colour) {
-    return ((GetRValue(colour) >> 3) << 10) | ((GetGValue(colour) >> 3) << 5) |
-           (GetBValue(colour) >> 3);
-}
+// Sample formats of the variants: the source's depth and row length, how source pixels and the
+// key are read, how two samples blend and how a result pixel is stored in a row.
+struct Pixels24 {
+    static const DibDepth kDepth = DibDepth::Bits24;
+    static const int kBits = 24;
+    static int rowLength(const BITMAP& info) { return paddedRowLength(info); }
+    static DWORD read(const DibSource& from, int x, int y) { return from.read3(x, y); }
+    static DWORD key(const DibSource& from, COLORREF given, bool fromCorner) {
+        return fromCorner ? from.read3(0, 0) : given;
+    }
+    static DWORD blend(DWORD p0, DWORD p1, double fraction) { return blendColours(p0, p1, fraction); }
+    static void store(BYTE* row, int x, DWORD colour) {
+        row[x * 3] = GetBValue(colour);
+        row[x * 3 + 1] = GetGValue(colour);
+        row[x * 3 + 2] = GetRValue(colour);
+    }
+};
 
-// Reads the description of a DIB section of the given depth; false when the source is not one,
-// or the sizes are unusable.
-bool describeDibSource(HBITMAP source, DibDepth depth, int width, int height, BITMAP* info) {
+// Samples stay in 5-5-5 form, so a given key is packed the same way to match the pixels it was
+// stored as; blending goes through 8-bit channels.
+struct Pixels16 {
+    static const DibDepth kDepth = DibDepth::Bits16;
+    static const int kBits = 16;
+    static int rowLength(const BITMAP& info) { return info.bmWidthBytes; }
+    static DWORD read(const DibSource& from, int x, int y) { return from.read2(x, y) & 0x7FFF; }
+    static DWORD key(const DibSource& from, COLORREF given, bool fromCorner) {
+        return fromCorner ? read(from, 0, 0)
+                          : pack555(GetRValue(given), GetGValue(given), GetBValue(given));
+    }
+    static DWORD blend(DWORD p0, DWORD p1, double fraction) {
+        return pack555(blendChannel(widen5((p0 >> 10) & 31), widen5((p1 >> 10) & 31), fraction),
+                       blendChannel(widen5((p0 >> 5) & 31), widen5((p1 >> 5) & 31), fraction),
+                       blendChannel(widen5(p0 & 31), widen5(p1 & 31), fraction));
+    }
+    static void store(BYTE* row, int x, DWORD pixel) {
+        reinterpret_cast<WORD*>(row)[x] = WORD(pixel);
+    }
+};
+
+// 32-bit sources: samples are read as 3-byte pixels at x * 3, the key as a 4-byte pixel.
+struct Pixels32 {
+    static const DibDepth kDepth = DibDepth::Bits32;
+    static int rowLength(const BITMAP& info) { return paddedRowLength(info); }
+    static DWORD read(const DibSource& from, int x, int y) { return from.read3(x, y); }
+    static DWORD key(const DibSource& from, COLORREF given, bool fromCorner) {
+        return fromCorner ? from.read4(0, 0) : given;
+    }
+    static DWORD blend(DWORD p0, DWORD p1, double fraction) { return blendColours(p0, p1, fraction); }
+};
+
+// Intermediate samples: new width x old height, one DWORD each, rows bottom-up.
+struct SampleRows {
+    DWORD* samples;
+    int width;
+    int height;
+    DWORD& at(int x, int y) { return samples[(height - y - 1) * width + x]; }
+};
+
+// The source's description, bits, row length and key rule for a variant; false when the source
+// is not a DIB section of the variant's depth or the sizes are unusable.
+template <class Pixels>
+bool openDibSource(HBITMAP source, int width, int height, int transparent, COLORREF key,
+                   int keyFromCorner, int smooth, BITMAP* info, DibSource* from, DibRule* rule) {
     if (!source || width <= 0 || height <= 0) return false;
     if (!GetObjectW(source, sizeof(*info), info)) return false;
-    if (gradeDepth(*info) != depth || !info->bmBits) return false;
-    return info->bmWidth > 0 && info->bmHeight > 0;
+    if (gradeDepth(*info) != Pixels::kDepth || !info->bmBits) return false;
+    if (info->bmWidth <= 0 || info->bmHeight <= 0) return false;
+    *from = {static_cast<const BYTE*>(info->bmBits), info->bmWidthBytes * info->bmHeight,
+             Pixels::rowLength(*info), info->bmHeight};
+    *rule = {transparent != 0, Pixels::key(*from, key, keyFromCorner != 0), smooth != 0};
+    return true;
 }
 
-// A bitmap compatible with the window's DC, filled from bottom-up rows of the given depth.
+// The horizontal pass: source rows into intermediate rows of the new width.
+template <class Pixels>
+void resampleWidth(const DibSource& from, int oldWidth, const DibRule& rule, SampleRows& middle) {
+    resampleSamples(
+        oldWidth, middle.width, middle.height, rule,
+        [&](int x, int y) { return Pixels::read(from, x, y); },
+        [&](int x, int y, DWORD sample) { middle.at(x, y) = sample; }, Pixels::blend);
+}
+
+// A bitmap compatible with the window's DC, filled from bottom-up rows of the source's depth.
 HBITMAP createFromRows(HWND window, const BITMAP& source, int width, int height, const void* rows) {
     HDC dc = GetDC(window);
     if (!dc) return nullptr;
@@ -228,20 +294,36 @@ HBITMAP createFromRows(HWND window, const BITMAP& source, int width, int height,
     return bitmap;
 }
 
-// Intermediate samples: new width x old height, one DWORD each, rows bottom-up.
-struct SampleRows {
-    DWORD* samples;
-    int width;
-    int height;
-    DWORD& at(int x, int y) { return samples[(height - y - 1) * width + x]; }
-};
-
-SampleRows allocateSampleRows(int width, int height) {
-    return {static_cast<DWORD*>(GetMemory(width * height * 4)), width, height};
+// The 16- and 24-bit variants: both passes, through one intermediate and one result buffer, each
+// allocated once; result rows are aligned to four bytes as SetDIBits expects.
+template <class Pixels>
+HBITMAP resizeDibSection(HWND window, HBITMAP source, int width, int height, int transparent,
+                         COLORREF key, int keyFromCorner, int smooth) {
+    BITMAP info;
+    DibSource from;
+    DibRule rule;
+    if (!openDibSource<Pixels>(source, width, height, transparent, key, keyFromCorner, smooth,
+                               &info, &from, &rule))
+        return nullptr;
+    SampleRows middle = {static_cast<DWORD*>(GetMemory(width * info.bmHeight * 4)), width,
+                         info.bmHeight};
+    int resultRowLength = (width * Pixels::kBits + 31) / 32 * 4;
+    auto* result = static_cast<BYTE*>(GetMemory(resultRowLength * height));
+    HBITMAP bitmap = nullptr;
+    if (middle.samples && result) {
+        resampleWidth<Pixels>(from, info.bmWidth, rule, middle);
+        resampleSamples(
+            info.bmHeight, height, width, rule, [&](int y, int x) { return middle.at(x, y); },
+            [&](int y, int x, DWORD sample) {
+                Pixels::store(result + (height - y - 1) * resultRowLength, x, sample);
+            },
+            Pixels::blend);
+        bitmap = createFromRows(window, info, width, height, result);
+    }
+    FreeMemory(middle.samples);
+    FreeMemory(result);
+    return bitmap;
 }
-
-// Bytes per row of a bottom-up DIB, aligned to four bytes.
-int alignedRowLength(int width, int bitsPerPixel) { return (width * bitsPerPixel + 31) / 32 * 4; }
 
 }  // namespace
 
@@ -300,99 +382,39 @@ HBITMAP KVKIT_CALL BlendedResizeBitmap_DI(HWND window, HBITMAP source, int width
 HBITMAP KVKIT_CALL BlendedResizeBitmap_DI_24b(HWND window, HBITMAP source, int width, int height,
                                               int transparent, COLORREF key, int keyFromCorner,
                                               int smooth) {
-    BITMAP info;
-    if (!describeDibSource(source, DibDepth::Bits24, width, height, &info)) return nullptr;
-    DibSource from = {static_cast<const BYTE*>(info.bmBits), info.bmWidthBytes * info.bmHeight,
-                      paddedRowLength(info), info.bmWidth, info.bmHeight};
-    DibRule rule = {transparent != 0, keyFromCorner ? from.read3(from.offset(0, 0, 3)) : key,
-                    smooth != 0};
-
-    SampleRows middle = allocateSampleRows(width, info.bmHeight);
-    int resultRowLength = alignedRowLength(width, 24);
-    auto* result = static_cast<BYTE*>(GetMemory(resultRowLength * height));
-    HBITMAP bitmap = nullptr;
-    if (middle.samples && result) {
-        resampleSamples(
-            info.bmWidth, width, info.bmHeight, rule,
-            [&](int x, int y) { return from.read3(from.offset(x, y, 3)); },
-            [&](int x, int y, DWORD colour) { middle.at(x, y) = colour; }, blendColours);
-        resampleSamples(
-            info.bmHeight, height, width, rule, [&](int y, int x) { return middle.at(x, y); },
-            [&](int y, int x, DWORD colour) {
-                BYTE* pixel = result + (height - y - 1) * resultRowLength + x * 3;
-                pixel[0] = GetBValue(colour);
-                pixel[1] = GetGValue(colour);
-                pixel[2] = GetRValue(colour);
-            },
-            blendColours);
-        bitmap = createFromRows(window, info, width, height, result);
-    }
-    FreeMemory(middle.samples);
-    FreeMemory(result);
-    return bitmap;
+    return resizeDibSection<Pixels24>(window, source, width, height, transparent, key,
+                                      keyFromCorner, smooth);
 }
 
 HBITMAP KVKIT_CALL BlendedResizeBitmap_DI_16b(HWND window, HBITMAP source, int width, int height,
                                               int transparent, COLORREF key, int keyFromCorner,
                                               int smooth) {
-    BITMAP info;
-    if (!describeDibSource(source, DibDepth::Bits16, width, height, &info)) return nullptr;
-    DibSource from = {static_cast<const BYTE*>(info.bmBits), info.bmWidthBytes * info.bmHeight,
-                      info.bmWidthBytes, info.bmWidth, info.bmHeight};
-    // The key is compared in 5-5-5 form, so a given colour matches the pixels it was stored as.
-    DibRule rule = {transparent != 0,
-                    keyFromCorner ? DWORD(from.read2(from.offset(0, 0, 2)) & 0x7FFF) : pack555(key),
-                    smooth != 0};
-
-    SampleRows middle = allocateSampleRows(width, info.bmHeight);
-    int resultRowLength = alignedRowLength(width, 16);
-    auto* result = static_cast<BYTE*>(GetMemory(resultRowLength * height));
-    HBITMAP bitmap = nullptr;
-    if (middle.samples && result) {
-        resampleSamples(
-            info.bmWidth, width, info.bmHeight, rule,
-            [&](int x, int y) { return DWORD(from.read2(from.offset(x, y, 2)) & 0x7FFF); },
-            [&](int x, int y, DWORD pixel) { middle.at(x, y) = pixel; }, blend555);
-        resampleSamples(
-            info.bmHeight, height, width, rule, [&](int y, int x) { return middle.at(x, y); },
-            [&](int y, int x, DWORD pixel) {
-                WORD* row = reinterpret_cast<WORD*>(result + (height - y - 1) * resultRowLength);
-                row[x] = WORD(pixel);
-            },
-            blend555);
-        bitmap = createFromRows(window, info, width, height, result);
-    }
-    FreeMemory(middle.samples);
-    FreeMemory(result);
-    return bitmap;
+    return resizeDibSection<Pixels16>(window, source, width, height, transparent, key,
+                                      keyFromCorner, smooth);
 }
 
-// This variant reads its source samples as 3-byte pixels and lets both passes land in the
-// intermediate buffer, so it never has a resized picture to hand out: a 32-bit source yields
-// null, and callers fall back to ResizeBitmap.
+// This variant lets both passes land in the intermediate buffer, so it never has a resized
+// picture to hand out: a 32-bit source yields null, and callers fall back to ResizeBitmap.
 HBITMAP KVKIT_CALL BlendedResizeBitmap_DI_32b(HWND window, HBITMAP source, int width, int height,
                                               int transparent, COLORREF key, int keyFromCorner,
                                               int smooth) {
     BITMAP info;
-    if (!describeDibSource(source, DibDepth::Bits32, width, height, &info)) return nullptr;
-    DibSource from = {static_cast<const BYTE*>(info.bmBits), info.bmWidthBytes * info.bmHeight,
-                      paddedRowLength(info), info.bmWidth, info.bmHeight};
-    DibRule rule = {transparent != 0, keyFromCorner ? from.read4(from.offset(0, 0, 4)) : key,
-                    smooth != 0};
-
-    SampleRows middle = allocateSampleRows(width, info.bmHeight);
+    DibSource from;
+    DibRule rule;
+    if (!openDibSource<Pixels32>(source, width, height, transparent, key, keyFromCorner, smooth,
+                                 &info, &from, &rule))
+        return nullptr;
+    SampleRows middle = {static_cast<DWORD*>(GetMemory(width * info.bmHeight * 4)), width,
+                         info.bmHeight};
     if (middle.samples) {
-        resampleSamples(
-            info.bmWidth, width, info.bmHeight, rule,
-            [&](int x, int y) { return from.read3(from.offset(x, y, 3)); },
-            [&](int x, int y, DWORD colour) { middle.at(x, y) = colour; }, blendColours);
+        resampleWidth<Pixels32>(from, info.bmWidth, rule, middle);
         // Rows past the intermediate's height have nowhere to go and are dropped.
         resampleSamples(
             info.bmHeight, height, width, rule, [&](int y, int x) { return middle.at(x, y); },
             [&](int y, int x, DWORD colour) {
                 if (y < middle.height) middle.at(x, y) = colour;
             },
-            blendColours);
+            Pixels32::blend);
     }
     FreeMemory(middle.samples);
     return nullptr;
