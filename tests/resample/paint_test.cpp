@@ -136,6 +136,13 @@ TEST_F(PaintTest, BufferIsCopiedOntoTheWindowAndTheUpdateRectRecorded) {
     EXPECT_EQ(kBufferGreen, windowPixel(host, 30, 30));
     RECT update;
     EXPECT_FALSE(GetUpdateRect(host, &update, FALSE));
+
+    // With buffering the copy flag has no effect: the fresh buffer does not show the window.
+    InvalidateRect(host, &invalid, FALSE);
+    dc = KVBeginPaint(host, &ps, 1);
+    ASSERT_NE(nullptr, dc);
+    EXPECT_NE(kBufferGreen, GetPixel(dc, 30, 30));
+    KVEndPaint(&ps);
 }
 
 // Children whose extended style is exactly WS_EX_TRANSPARENT and which meet the update
