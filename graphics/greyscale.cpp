@@ -75,29 +75,15 @@ void greyInsideMask(HDC source, HDC mask, HDC target, int width, int height,
 HBITMAP greyCopy(HBITMAP bitmap, bool keepBackground, const GreyLevels& levels, HBITMAP mask) {
     int width, height;
     if (!BitmapSize(bitmap, &width, &height)) return nullptr;
-    HBITMAP output = CreateScreenBitmap(width, height);
-    if (!output) return nullptr;
-    bool made = false;
-    {
-        MemoryDC source(nullptr, bitmap), target(nullptr, output);
-        if (source.ok() && target.ok()) {
-            if (mask) {
-                MemoryDC maskDC(nullptr, mask);
-                if (maskDC.ok()) {
-                    greyInsideMask(source.dc(), maskDC.dc(), target.dc(), width, height, levels);
-                    made = true;
-                }
-            } else {
-                greyEveryPixel(source.dc(), target.dc(), width, height, keepBackground, levels);
-                made = true;
-            }
-        }
-    }
-    if (!made) {
-        DeleteObject(output);
-        return nullptr;
-    }
-    return output;
+    MemoryDC source(nullptr, bitmap), maskDC(nullptr, mask);
+    if (!source.ok() || (mask && !maskDC.ok())) return nullptr;
+    return PaintNewBitmap(width, height, [&](HDC target) {
+        if (mask)
+            greyInsideMask(source.dc(), maskDC.dc(), target, width, height, levels);
+        else
+            greyEveryPixel(source.dc(), target, width, height, keepBackground, levels);
+        return true;
+    });
 }
 
 // Paints `brushColour` onto the target wherever the monochrome mask is black.
@@ -119,27 +105,18 @@ COLORREF KVKIT_CALL Kx1GetBmBkColor(HBITMAP bitmap) {
 HBITMAP KVKIT_CALL HBitmapDuplicate(HBITMAP bitmap) {
     int width, height;
     if (!bitmap || !BitmapSize(bitmap, &width, &height)) return nullptr;
-    HBITMAP copy = CreateScreenBitmap(width, height);
-    if (!copy) return nullptr;
-    bool copied = false;
-    {
-        MemoryDC source(nullptr, bitmap), target(nullptr, copy);
-        if (source.ok() && target.ok()) {
-            if (GetDeviceCaps(target.dc(), RASTERCAPS) & RC_BITBLT) {
-                BitBlt(target.dc(), 0, 0, width, height, source.dc(), 0, 0, SRCCOPY);
-            } else {
-                for (int x = 0; x < width; ++x)
-                    for (int y = 0; y < height; ++y)
-                        SetPixel(target.dc(), x, y, GetPixel(source.dc(), x, y));
-            }
-            copied = true;
+    MemoryDC source(nullptr, bitmap);
+    if (!source.ok()) return nullptr;
+    return PaintNewBitmap(width, height, [&](HDC target) {
+        if (GetDeviceCaps(target, RASTERCAPS) & RC_BITBLT) {
+            BitBlt(target, 0, 0, width, height, source.dc(), 0, 0, SRCCOPY);
+        } else {
+            for (int x = 0; x < width; ++x)
+                for (int y = 0; y < height; ++y)
+                    SetPixel(target, x, y, GetPixel(source.dc(), x, y));
         }
-    }
-    if (!copied) {
-        DeleteObject(copy);
-        return nullptr;
-    }
-    return copy;
+        return true;
+    });
 }
 
 HBITMAP KVKIT_CALL CreateGreyscaleBitmap(HBITMAP bitmap, int keepBackground) {
@@ -167,12 +144,11 @@ HBITMAP KVKIT_CALL CreateDisabledBitmapHg(HBITMAP bitmap, int useColour, COLORRE
     // shadow); mask B is black where a picture pixel has background there (the highlight).
     HBITMAP shadowMask = CreateBitmap(width, height, 1, 1, nullptr);
     HBITMAP highlightMask = CreateBitmap(width, height, 1, 1, nullptr);
-    HBITMAP output = CreateScreenBitmap(width, height);
-    bool made = false;
-    if (shadowMask && highlightMask && output) {
+    HBITMAP output = nullptr;
+    {
         MemoryDC source(nullptr, bitmap), shadow(nullptr, shadowMask),
-            highlight(nullptr, highlightMask), target(nullptr, output);
-        if (source.ok() && shadow.ok() && highlight.ok() && target.ok()) {
+            highlight(nullptr, highlightMask);
+        if (source.ok() && shadow.ok() && highlight.ok()) {
             // Copies into the monochrome masks turn the background white and the picture black.
             SetBkColor(source.dc(), GetPixel(source.dc(), 0, 0));
             PatBlt(shadow.dc(), 0, 0, width, height, WHITENESS);
@@ -180,26 +156,23 @@ HBITMAP KVKIT_CALL CreateDisabledBitmapHg(HBITMAP bitmap, int useColour, COLORRE
             BitBlt(shadow.dc(), 0, 0, width, height, source.dc(), 0, 0, MERGEPAINT);
             BitBlt(highlight.dc(), 0, 0, width, height, source.dc(), 0, 0, SRCCOPY);
             BitBlt(highlight.dc(), 0, 0, width - 1, height - 1, source.dc(), 1, 1, MERGEPAINT);
-
-            HBRUSH face = CreateSolidBrush(useColour ? colour : GetSysColor(COLOR_BTNFACE));
-            HGDIOBJ previous = SelectObject(target.dc(), face);
-            PatBlt(target.dc(), 0, 0, width, height, PATCOPY);
-            SelectObject(target.dc(), previous);
-            DeleteObject(face);
-            SetBkColor(target.dc(), kWhite);
-            SetTextColor(target.dc(), kBlack);
-            paintWhereBlack(target.dc(), highlight.dc(), width, height,
-                            GetSysColor(COLOR_BTNHIGHLIGHT));
-            paintWhereBlack(target.dc(), shadow.dc(), width, height, GetSysColor(COLOR_BTNSHADOW));
-            made = true;
+            output = PaintNewBitmap(width, height, [&](HDC target) {
+                HBRUSH face = CreateSolidBrush(useColour ? colour : GetSysColor(COLOR_BTNFACE));
+                HGDIOBJ previous = SelectObject(target, face);
+                PatBlt(target, 0, 0, width, height, PATCOPY);
+                SelectObject(target, previous);
+                DeleteObject(face);
+                SetBkColor(target, kWhite);
+                SetTextColor(target, kBlack);
+                paintWhereBlack(target, highlight.dc(), width, height,
+                                GetSysColor(COLOR_BTNHIGHLIGHT));
+                paintWhereBlack(target, shadow.dc(), width, height, GetSysColor(COLOR_BTNSHADOW));
+                return true;
+            });
         }
     }
     if (shadowMask) DeleteObject(shadowMask);
     if (highlightMask) DeleteObject(highlightMask);
-    if (!made && output) {
-        DeleteObject(output);
-        output = nullptr;
-    }
     return output;
 }
 
@@ -207,26 +180,12 @@ HBITMAP KVKIT_CALL BitmapChangeBackgroundColor(HBITMAP bitmap, COLORREF backgrou
                                                HBITMAP mask) {
     int width, height;
     if (!BitmapSize(bitmap, &width, &height)) return nullptr;
-    HBITMAP output = CreateScreenBitmap(width, height);
-    if (!output) return nullptr;
-    bool made = false;
-    {
-        MemoryDC target(nullptr, output);
-        if (target.ok()) {
-            HBRUSH brush = CreateSolidBrush(background);
-            RECT whole = {0, 0, width, height};
-            FillRect(target.dc(), &whole, brush);
-            DeleteObject(brush);
-            if (mask)
-                DrawTransparentByMask(target.dc(), bitmap, mask, 0, 0);
-            else
-                DrawTranspBitmap(target.dc(), bitmap, 0, 0, 0, false);
-            made = true;
-        }
-    }
-    if (!made) {
-        DeleteObject(output);
-        return nullptr;
-    }
-    return output;
+    return PaintNewBitmap(width, height, [&](HDC target) {
+        FillWithColour(target, width, height, background);
+        if (mask)
+            DrawTransparentByMask(target, bitmap, mask, 0, 0);
+        else
+            DrawTranspBitmap(target, bitmap, 0, 0, 0, false);
+        return true;
+    });
 }

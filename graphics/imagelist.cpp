@@ -41,27 +41,13 @@ void copyFromStrip(HBITMAP strip, const RECT& area, HBITMAP target) {
 HBITMAP KVKIT_CALL DuplicateIconBitmap(HICON icon, unsigned char sizeCode) {
     if (!icon) return nullptr;
     int side = sizeCode == kSmallIcon ? 16 : 24;
-    HBITMAP output = CreateScreenBitmap(side, side);
-    if (!output) return nullptr;
-    bool made = false;
-    {
-        MemoryDC target(nullptr, output);
-        if (target.ok()) {
-            HBRUSH magenta = CreateSolidBrush(kMagenta);
-            RECT whole = {0, 0, side, side};
-            FillRect(target.dc(), &whole, magenta);
-            DeleteObject(magenta);
-            DrawIconEx(target.dc(), 0, 0, icon, side, side, 0, nullptr, DI_NORMAL);
-            // Pixel (0, 0) names the background, so it must be magenta whatever the icon drew.
-            SetPixel(target.dc(), 0, 0, kMagenta);
-            made = true;
-        }
-    }
-    if (!made) {
-        DeleteObject(output);
-        return nullptr;
-    }
-    return output;
+    return PaintNewBitmap(side, side, [&](HDC target) {
+        FillWithColour(target, side, side, kMagenta);
+        DrawIconEx(target, 0, 0, icon, side, side, 0, nullptr, DI_NORMAL);
+        // Pixel (0, 0) names the background, so it must be magenta whatever the icon drew.
+        SetPixel(target, 0, 0, kMagenta);
+        return true;
+    });
 }
 
 HBITMAP KVKIT_CALL ExtractAssociatedBitmap(KVSESSION* session, const wchar_t* path,

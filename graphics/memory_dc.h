@@ -42,3 +42,28 @@ inline HBITMAP CreateScreenBitmap(int width, int height) {
     ReleaseDC(nullptr, screen);
     return bitmap;
 }
+
+// A new screen-compatible bitmap painted by `paint(HDC)` through a memory context. Null, with
+// nothing left behind, when the bitmap or the context cannot be made or `paint` returns false.
+template <typename Paint>
+HBITMAP PaintNewBitmap(int width, int height, Paint paint) {
+    HBITMAP output = CreateScreenBitmap(width, height);
+    if (!output) return nullptr;
+    bool painted;
+    {
+        MemoryDC target(nullptr, output);
+        painted = target.ok() && paint(target.dc());
+    }
+    if (!painted) {
+        DeleteObject(output);
+        return nullptr;
+    }
+    return output;
+}
+
+inline void FillWithColour(HDC dc, int width, int height, COLORREF colour) {
+    HBRUSH brush = CreateSolidBrush(colour);
+    RECT whole = {0, 0, width, height};
+    FillRect(dc, &whole, brush);
+    DeleteObject(brush);
+}
