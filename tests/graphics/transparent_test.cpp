@@ -3,6 +3,7 @@
 #include "kvtest.h"
 #include "kvkit_draw.h"
 #include "pictures.h"
+#include <string>
 
 using namespace pictures;
 
@@ -199,6 +200,71 @@ TEST_F(Transparent, PrintingDrawsThePictureAndTransparentPartsWhite) {
                   return InSpot(x, y) ? Spot(x, y) : kWhite;
               }));
     EXPECT_EQ(kPaper, canvas.pixel(11, 12));
+}
+
+}  // namespace
+
+namespace {
+
+// Colour i of the palettes below.
+COLORREF paletteColour(int i) { return RGB(15 * i, 255 - 15 * i, 100); }
+
+// A packed bottom-up DIB of 4 x 2 pixels, pixel (x, y) showing colour x + 4 * y (at 4 bits per
+// pixel with the implied 16 colours, or at 8 bits with `used` colours listed).
+std::string packedDib(int bitCount, int used) {
+    BITMAPINFOHEADER info = {};
+    info.biSize = sizeof(info);
+    info.biWidth = 4;
+    info.biHeight = 2;
+    info.biPlanes = 1;
+    info.biBitCount = static_cast<WORD>(bitCount);
+    info.biClrUsed = used;
+    int colours = used ? used : 1 << bitCount;
+    std::string bytes(reinterpret_cast<const char*>(&info), sizeof(info));
+    for (int i = 0; i < colours; ++i) {
+        RGBQUAD quad = {GetBValue(paletteColour(i)), GetGValue(paletteColour(i)),
+                        GetRValue(paletteColour(i)), 0};
+        bytes.append(reinterpret_cast<const char*>(&quad), 4);
+    }
+    for (int y = 1; y >= 0; --y) {
+        char row[4] = {};
+        for (int x = 0; x < 4; ++x) {
+            int index = x + 4 * y;
+            if (bitCount == 8)
+                row[x] = static_cast<char>(index);
+            else
+                row[x / 2] = static_cast<char>(row[x / 2] | (x % 2 ? index : index << 4));
+        }
+        bytes.append(row, 4);
+    }
+    return bytes;
+}
+
+TEST_F(BitmapResource, ColourTableLengthFollowsTheHeader) {
+    // A copy of the sample resource module with two palette bitmaps added.
+    wchar_t source[MAX_PATH];
+    GetModuleFileNameW(kvtest::ResourceModule(), source, MAX_PATH);
+    const wchar_t* copy = L"graphics_files\\palettes.dll";
+    CreateDirectoryW(L"graphics_files", nullptr);
+    ASSERT_TRUE(CopyFileW(source, copy, FALSE));
+    HANDLE update = BeginUpdateResourceW(copy, FALSE);
+    ASSERT_NE(nullptr, update);
+    std::string fourBit = packedDib(4, 0), eightBit = packedDib(8, 8);
+    UpdateResourceW(update, RT_BITMAP, L"FOURBIT", 0, &fourBit[0], static_cast<DWORD>(fourBit.size()));
+    UpdateResourceW(update, RT_BITMAP, L"EIGHTBIT", 0, &eightBit[0], static_cast<DWORD>(eightBit.size()));
+    ASSERT_TRUE(EndUpdateResourceW(update, FALSE));
+    HMODULE palettes = LoadLibraryExW(copy, nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    ASSERT_NE(nullptr, palettes);
+    for (const wchar_t* name : {L"FOURBIT", L"EIGHTBIT"}) {
+        kvtest::Canvas canvas(6, 4, kPaper);
+        RECT rect = {1, 1, 5, 3};
+        EXPECT_NE(0, Kx1DrawBitmapRes(canvas.dc(), palettes, name, &rect, 0, nullptr, nullptr,
+                                      nullptr, 0, 0, 0));
+        EXPECT_EQ(0, CanvasMismatches(canvas, 1, 1, 4, 2,
+                                      [](int x, int y) { return paletteColour(x + 4 * y); }))
+            << testing::PrintToString(std::wstring(name));
+    }
+    FreeLibrary(palettes);
 }
 
 }  // namespace
