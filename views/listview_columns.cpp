@@ -79,8 +79,12 @@ int KVKIT_CALL KxListView_AddHeaderEx(HWND listView, const wchar_t* text, int co
     info.cx = width;
     info.pszText = const_cast<wchar_t*>(text);
     info.iSubItem = column;
-    return static_cast<int>(
+    int inserted = static_cast<int>(
         SendMessageW(listView, LVM_INSERTCOLUMNW, column, reinterpret_cast<LPARAM>(&info)));
+    // The list view leaves the sub-item number in the header item's lParam, which is the
+    // column value here: a new column starts as never sorted.
+    if (inserted >= 0) KxListView_SetHeaderData(listView, inserted, 0);
+    return inserted;
 }
 
 int KVKIT_CALL KxListView_ClearHeader(HWND listView) {
