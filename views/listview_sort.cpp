@@ -6,6 +6,7 @@
 #include "views/listview_internal.h"
 #include <stdlib.h>
 #include <string.h>
+#include <algorithm>
 #include "kvbase.h"
 #include "kvtext.h"
 
@@ -96,12 +97,6 @@ void readKey(SortContext& context, int row, int column, int type, int* textOffse
     }
 }
 
-int compareRowValues(const void* a, const void* b) {
-    LPARAM valueA = static_cast<const SortKey*>(a)->rowValue;
-    LPARAM valueB = static_cast<const SortKey*>(b)->rowValue;
-    return valueA < valueB ? -1 : valueA > valueB ? 1 : 0;
-}
-
 // Reads every row's keys and orders the table by row value. False when there is nothing to sort
 // or no memory for the table.
 bool buildKeyTable(SortContext& context) {
@@ -117,7 +112,8 @@ bool buildKeyTable(SortContext& context) {
         if (context.column2 >= 0)
             readKey(context, row, context.column2, context.type2, &key.textOffset2, &key.number2);
     }
-    qsort(context.keys, context.rowCount, sizeof(SortKey), compareRowValues);
+    std::sort(context.keys, context.keys + context.rowCount,
+              [](const SortKey& a, const SortKey& b) { return a.rowValue < b.rowValue; });
     return true;
 }
 
@@ -125,15 +121,15 @@ const SortKey* findKey(const SortContext& context, LPARAM rowValue) {
     if (context.rowCount <= 0 || rowValue < context.keys[0].rowValue ||
         rowValue > context.keys[context.rowCount - 1].rowValue)
         return nullptr;
-    int low = 0, high = context.rowCount - 1;
-    while (low <= high) {
-        int middle = low + (high - low) / 2;
-        LPARAM value = context.keys[middle].rowValue;
-        if (value == rowValue) return &context.keys[middle];
-        if (value < rowValue) low = middle + 1;
-        else high = middle - 1;
+    // Halving without an early exit runs log2(n) steps with no branch to mispredict; with
+    // duplicate row values it finds one of them.
+    const SortKey* base = context.keys;
+    for (int remaining = context.rowCount; remaining > 1;) {
+        int half = remaining / 2;
+        if (base[half].rowValue <= rowValue) base += half;
+        remaining -= half;
     }
-    return nullptr;
+    return base->rowValue == rowValue ? base : nullptr;
 }
 
 int compareTexts(const SortContext& context, int offsetA, int offsetB) {
