@@ -86,11 +86,4 @@ TEST_F(CacheTest, FillStoppedByAnyFailedAllocationKeepsCompleteRowsAndFreesClean
     EXPECT_EQ((std::vector<LPARAM>{12, 11}), rowValues());
 }
 
-TEST_F(CacheTest, EmptyListGivesEmptyCache) {
-    ListView_DeleteAllItems(list);
-    FillCacheListView(list, &cache);
-    EXPECT_EQ(0, cache.rowCount);
-    EXPECT_EQ(nullptr, cache.rows);
-}
-
 }  // namespace

@@ -47,6 +47,7 @@ TEST_F(ListViewTest, ColumnsAppendOnlyUnlessRebuiltFromColumnZero) {
 
 TEST_F(ListViewTest, ClearHeaderCountsAndDeletesTheArrowWithItsColumn) {
     EXPECT_EQ(0, KxListView_ClearHeader(list));
+    EXPECT_EQ(-1, KxListView_GetSortColumn(list, 0, nullptr));  // a header without columns
     addColumns({L"A", L"B", L"C"});
     HBITMAP arrow = solidBitmap(RGB(0, 0, 255));
     ASSERT_TRUE(KxListView_SetHeaderBitmap(list, arrow, 1, 1));
@@ -67,15 +68,6 @@ TEST_F(ListViewTest, WithoutHeaderEverythingReportsFailure) {
     EXPECT_EQ(0, KxListView_GetSortColumn(plain, 0, nullptr));
     EXPECT_TRUE(kvtest::IsGdiObject(bitmap));  // not taken over on failure
     DeleteObject(bitmap);
-}
-
-TEST_F(ListViewTest, ColumnValuesAreKeptPerColumn) {
-    addColumns({L"A", L"B"});
-    EXPECT_TRUE(KxListView_SetHeaderData(list, 0, -7));
-    EXPECT_TRUE(KxListView_SetHeaderData(list, 1, 1234567));
-    EXPECT_EQ(-7, KxListView_GetHeaderData(list, 0));
-    EXPECT_EQ(1234567, KxListView_GetHeaderData(list, 1));
-    EXPECT_EQ(0, KxListView_GetHeaderData(list, 5));
 }
 
 TEST_F(ListViewTest, HeaderBitmapIsOwnedAndDeletedWhenReplaced) {
