@@ -9,8 +9,9 @@
 
 // --- columns ----------------------------------------------------------------------------------
 
-// Appends a column (index must not be below the current column count). Returns the new column's
-// index, or -1 when there is no header or the index would insert before existing columns.
+// Appends a column (index must not be below the current column count) with column value 0 (never
+// sorted). Returns the new column's index, or -1 when there is no header or the index would
+// insert before existing columns.
 KVKIT_API int KVKIT_CALL KxListView_AddHeader(HWND listView, const wchar_t* text, int column,
                                               int width);
 // As KxListView_AddHeader; with `replace` non-zero, adding column 0 to a list that has columns
