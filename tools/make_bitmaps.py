@@ -14,20 +14,28 @@ BLUE = (30, 60, 170)
 
 
 def write_bmp(path, pixels):
-    """pixels: rows top to bottom of (r, g, b)."""
+    """pixels: rows top to bottom of (r, g, b). Written with 8 bits per pixel and a colour table,
+    so that loading with LR_LOADTRANSPARENT and LR_LOADMAP3DCOLORS can remap the greys."""
     height, width = len(pixels), len(pixels[0])
-    stride = (width * 3 + 3) & ~3
+    palette = []
+    for row in pixels:
+        for colour in row:
+            if colour not in palette:
+                palette.append(colour)
+    assert len(palette) <= 256, path
+    stride = (width + 3) & ~3
     data = bytearray()
     for row in reversed(pixels):
-        line = bytearray()
-        for r, g, b in row:
-            line += bytes((b, g, r))
+        line = bytearray(palette.index(colour) for colour in row)
         line += b"\0" * (stride - len(line))
         data += line
-    header = struct.pack("<2sIHHI", b"BM", 14 + 40 + len(data), 0, 0, 54)
-    info = struct.pack("<IiiHHIIiiII", 40, width, height, 1, 24, 0, len(data), 2835, 2835, 0, 0)
+    table = b"".join(bytes((b, g, r, 0)) for r, g, b in palette)
+    offset = 14 + 40 + len(table)
+    header = struct.pack("<2sIHHI", b"BM", offset + len(data), 0, 0, offset)
+    info = struct.pack("<IiiHHIIiiII", 40, width, height, 1, 8, 0, len(data), 2835, 2835,
+                       len(palette), 0)
     with open(path, "wb") as f:
-        f.write(header + info + data)
+        f.write(header + info + table + data)
 
 
 def canvas(width, height, colour=GREY):
@@ -55,12 +63,12 @@ def triangle(size, direction, colour=BLACK):
 
 
 def sort_arrow(up):
-    """Header sort arrow: a shaded triangle, 8 x 7, on grey."""
-    pixels = canvas(8, 7)
-    for row in range(4):
-        for col in range(3 - row, 5 + row):
-            y = 5 - row if up else 1 + row
-            pixels[y][col] = DARK if col < 4 else WHITE
+    """Header sort arrow: a 7 x 4 triangle in shadow grey with a 2-pixel margin, on grey."""
+    pixels = canvas(11, 8)
+    for step in range(4):
+        y = 2 + (3 - step if up else step)
+        for x in range(2 + step, 9 - step):
+            pixels[y][x] = DARK
     return pixels
 
 
