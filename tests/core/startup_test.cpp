@@ -188,14 +188,22 @@ TEST_F(StartupTest, LayeredWindowAttributesAreForwarded) {
     DestroyWindow(plain);
 }
 
-TEST_F(StartupTest, FolderPathIsDeliveredFromTheShellFolderLibrary) {
+// The suite runs with Wine loading only native copies of ShFolder.dll, so the DLL directory
+// decides which one there is: a replacement that forwards to the shell, or none at all.
+TEST_F(StartupTest, FolderPathIsOneExactlyWhenTheShellFolderLibraryAnswersSOk) {
     wchar_t path[MAX_PATH] = {};
+    ASSERT_TRUE(SetDllDirectoryW(L"fakeshell"));
     EXPECT_EQ(1, KVSHGetFolderPath(nullptr, CSIDL_WINDOWS, nullptr, SHGFP_TYPE_CURRENT, path));
     EXPECT_GT(lstrlenW(path), 2);
-    // An unknown folder is an error code, not S_OK.
-    EXPECT_EQ(0, KVSHGetFolderPath(nullptr, 0x7F, nullptr, SHGFP_TYPE_CURRENT, path));
-    // Loaded and freed on every call.
-    EXPECT_EQ(nullptr, GetModuleHandleW(L"ShFolder.dll"));
+    EXPECT_EQ(0, KVSHGetFolderPath(nullptr, 0x7E, nullptr, SHGFP_TYPE_CURRENT, path));  // S_FALSE
+    EXPECT_EQ(0, KVSHGetFolderPath(nullptr, 0x7F, nullptr, SHGFP_TYPE_CURRENT, path));  // error
+    EXPECT_EQ(nullptr, GetModuleHandleW(L"ShFolder.dll"));  // loaded and freed on every call
+
+    ASSERT_TRUE(SetDllDirectoryW(L"noshell"));
+    path[0] = 0;
+    EXPECT_EQ(0, KVSHGetFolderPath(nullptr, CSIDL_WINDOWS, nullptr, SHGFP_TYPE_CURRENT, path));
+    EXPECT_EQ(0, path[0]);
+    SetDllDirectoryW(nullptr);
 }
 
 }  // namespace
