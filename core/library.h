@@ -19,14 +19,5 @@ const int kLanguageStringLength = 80;
 // string is missing or memory runs out.
 wchar_t* LoadLanguageString(UINT id, int maxLength = kLanguageStringLength);
 
-// Window procedures of the library's registered classes.
-LRESULT CALLBACK ListboxWindowProc(HWND, UINT, WPARAM, LPARAM);
-LRESULT CALLBACK ColorBoxWindowProc(HWND, UINT, WPARAM, LPARAM);
-LRESULT CALLBACK ColorBoxChildWindowProc(HWND, UINT, WPARAM, LPARAM);
-LRESULT CALLBACK DlgPaintWindowProc(HWND, UINT, WPARAM, LPARAM);
-LRESULT CALLBACK DlgTippWindowProc(HWND, UINT, WPARAM, LPARAM);
-LRESULT CALLBACK ScrollWindowProc(HWND, UINT, WPARAM, LPARAM);
-LRESULT CALLBACK EditButtonWindowProc(HWND, UINT, WPARAM, LPARAM);
-
 // Clipboard format "szClipBoard_Color", registered with the colour box classes.
 extern UINT g_colorClipboardFormat;

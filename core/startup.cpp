@@ -19,6 +19,10 @@ int g_dlgPaintClassRegistered;
 int g_dlgTippClassRegistered;
 int g_editButtonClassRegistered;
 
+// Classes whose controls have no behaviour of their own yet are plain windows: registered,
+// creatable and painted with their class brush.
+const WNDPROC kPlainWindowProc = DefWindowProcW;
+
 // The size of NONCLIENTMETRICSW without iPaddedBorderWidth, accepted by every system version.
 const UINT kNonClientMetricsSize = 504;
 
@@ -33,7 +37,7 @@ WNDCLASSW libraryClass(const wchar_t* name, WNDPROC procedure, UINT style) {
 
 int registerListboxClass() {
     if (g_listboxClass) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KVListbox", ListboxWindowProc,
+    WNDCLASSW windowClass = libraryClass(L"KVListbox", kPlainWindowProc,
                                          CS_GLOBALCLASS | CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW);
     windowClass.cbWndExtra = 4;
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
@@ -45,17 +49,17 @@ int registerListboxClass() {
 // Relies on InitTool's flag to run once.
 int registerColorBoxClasses() {
     g_colorClipboardFormat = RegisterClipboardFormatW(L"szClipBoard_Color");
-    WNDCLASSW frame = libraryClass(L"szColorBoxClass", ColorBoxWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW frame = libraryClass(L"szColorBoxClass", kPlainWindowProc, CS_GLOBALCLASS);
     frame.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     if (!RegisterClassW(&frame)) return 0;
-    WNDCLASSW cell = libraryClass(L"szColorBoxChildClass", ColorBoxChildWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW cell = libraryClass(L"szColorBoxChildClass", kPlainWindowProc, CS_GLOBALCLASS);
     cell.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     return RegisterClassW(&cell) != 0;
 }
 
 int registerDlgPaintClass() {
     if (g_dlgPaintClassRegistered) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KXDlgPaintClass", DlgPaintWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW windowClass = libraryClass(L"KXDlgPaintClass", kPlainWindowProc, CS_GLOBALCLASS);
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(LTGRAY_BRUSH));
     if (RegisterClassW(&windowClass)) g_dlgPaintClassRegistered = 1;
     return g_dlgPaintClassRegistered;
@@ -63,7 +67,7 @@ int registerDlgPaintClass() {
 
 int registerDlgTippClass() {
     if (g_dlgTippClassRegistered) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KXDlgTippWndClass", DlgTippWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW windowClass = libraryClass(L"KXDlgTippWndClass", kPlainWindowProc, CS_GLOBALCLASS);
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
     if (RegisterClassW(&windowClass)) g_dlgTippClassRegistered = 1;
     return g_dlgTippClassRegistered;
@@ -71,7 +75,7 @@ int registerDlgTippClass() {
 
 int registerScrollClass() {
     if (g_scrollClass) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KVScrollClass", ScrollWindowProc,
+    WNDCLASSW windowClass = libraryClass(L"KVScrollClass", kPlainWindowProc,
                                          CS_GLOBALCLASS | CS_DBLCLKS);
     windowClass.cbWndExtra = 16;
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
@@ -81,7 +85,7 @@ int registerScrollClass() {
 
 int registerEditButtonClass() {
     if (g_editButtonClassRegistered) return 1;
-    WNDCLASSW windowClass = libraryClass(L"EditButton", EditButtonWindowProc,
+    WNDCLASSW windowClass = libraryClass(L"EditButton", kPlainWindowProc,
                                          CS_GLOBALCLASS | CS_DBLCLKS);
     windowClass.hCursor = LoadCursorW(g_bitmapModule, L"handIcon");
     if (RegisterClassW(&windowClass)) g_editButtonClassRegistered = 1;
