@@ -3,6 +3,7 @@
 #include "kvtest.h"
 #include "kvkit_colour.h"
 #include <algorithm>
+#include <climits>
 
 namespace {
 
@@ -139,6 +140,8 @@ TEST(ColourBrightness, ClampsAtBothEndsAndKeepsHue) {
         EXPECT_EQ(RGB(0, 0, 0), AdjustColorBrightness(colour, -300));
     }
     EXPECT_EQ(RGB(131, 171, 211), AdjustColorBrightness(RGB(100, 150, 200), 20));
+    EXPECT_EQ(RGB(255, 255, 255), AdjustColorBrightness(RGB(100, 150, 200), INT_MAX));
+    EXPECT_EQ(RGB(0, 0, 0), AdjustColorBrightness(RGB(100, 150, 200), INT_MIN));
     EXPECT_EQ(RGB(100, 150, 200), AdjustColorBrightness(0x7F000000 | RGB(100, 150, 200), 0));
     // A negative hue is stored shifted, so even a zero change moves the colour.
     EXPECT_EQ(RGB(255, 70, 0), AdjustColorBrightness(RGB(255, 0, 30), 0));
