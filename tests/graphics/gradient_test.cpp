@@ -158,3 +158,11 @@ TEST_F(Gradient, ButtonFaceIsRaisedForStatesZeroAndTwo) {
 }
 
 }  // namespace
+namespace {
+TEST_F(Gradient, HugePercentIsOnePlainGradient) {
+    Kx1GradientFill_AsHighlight(drawn.dc(), RGB(40, 80, 120), RGB(200, 220, 240), 0, 1, &whole,
+                                1e10, 50.0);
+    referenceLinear(expected.dc(), whole, RGB(40, 80, 120), RGB(200, 220, 240), true);
+    EXPECT_EQ(0, differences(drawn, expected));
+}
+}
