@@ -7,6 +7,8 @@
 
 namespace {
 
+const COLORREF kWhite = RGB(255, 255, 255);
+
 unsigned long pack(int hue, int saturation, int brightness) {
     return hue | saturation << 8 | brightness << 16;
 }
@@ -41,11 +43,10 @@ TEST(Colour, HsbConversionsAsWorkedOut) {
     struct { COLORREF rgb; unsigned long hsb; } toHsb[] = {
         {RGB(255, 0, 0), pack(0, 240, 120)},   {RGB(255, 255, 255), pack(0, 0, 240)},
         {RGB(0, 0, 0), pack(0, 0, 0)},         {RGB(128, 128, 128), pack(0, 0, 120)},
-        {RGB(255, 0, 5), pack(15, 240, 120)},  // hue -1
-        {RGB(255, 0, 10), pack(14, 240, 120)}, // hue -2
-        {RGB(255, 0, 30), pack(11, 240, 120)}, // hue -5
-        {RGB(3, 0, 2), pack(245, 240, 1)},     // hue -27 wraps past zero
         {RGB(0, 128, 0), pack(80, 240, 60)},   {RGB(0, 0, 255), pack(160, 240, 120)},
+        // Negative hues -1, -2, -5 and -27 (which wraps past zero).
+        {RGB(255, 0, 5), pack(15, 240, 120)},  {RGB(255, 0, 10), pack(14, 240, 120)},
+        {RGB(255, 0, 30), pack(11, 240, 120)}, {RGB(3, 0, 2), pack(245, 240, 1)},
         {0xFF000000 | RGB(100, 150, 200), pack(140, 114, 141)},  // top byte ignored
     };
     for (auto c : toHsb) {
@@ -53,21 +54,20 @@ TEST(Colour, HsbConversionsAsWorkedOut) {
         EXPECT_EQ(0, RGBToHSB(&rgb, &hsb));
         EXPECT_EQ(c.hsb, hsb) << std::hex << c.rgb;
     }
-    // 0x1234 stands for "refused, output not written".
+    const COLORREF kRefused = 0x1234;  // the output is then not written
     struct { unsigned long hsb; COLORREF rgb; } toRgb[] = {
-        {pack(0, 0, 240), RGB(255, 255, 255)},   {pack(0, 0, 120), RGB(127, 127, 127)},
+        {pack(0, 0, 240), RGB(255, 255, 255)},     {pack(0, 0, 120), RGB(127, 127, 127)},
         {pack(140, 114, 141), RGB(100, 150, 200)}, {pack(11, 240, 120), RGB(255, 70, 0)},
-        {pack(160, 0, 100), 0x1234}, {pack(241, 10, 10), 0x1234},
-        {pack(10, 241, 10), 0x1234}, {pack(10, 10, 241), 0x1234},
+        {pack(160, 0, 100), kRefused},  {pack(241, 10, 10), kRefused},
+        {pack(10, 241, 10), kRefused},  {pack(10, 10, 241), kRefused},
     };
     for (auto c : toRgb) {
-        unsigned long hsb = c.hsb, rgb = 0x1234;
-        EXPECT_EQ(c.rgb == 0x1234 ? 1 : 0, HSBToRGB(&hsb, &rgb)) << std::hex << c.hsb;
+        unsigned long hsb = c.hsb, rgb = kRefused;
+        EXPECT_EQ(c.rgb == kRefused, HSBToRGB(&hsb, &rgb)) << std::hex << c.hsb;
         EXPECT_EQ(c.rgb, rgb) << std::hex << c.hsb;
     }
-    unsigned long value = 0;
-    EXPECT_EQ(1, RGBToHSB(nullptr, &value));
-    EXPECT_EQ(1, HSBToRGB(&value, nullptr));
+    EXPECT_EQ(1, RGBToHSB(nullptr, &toHsb[0].hsb));
+    EXPECT_EQ(1, HSBToRGB(&toHsb[0].hsb, nullptr));
 }
 
 TEST(Colour, WideSampleMatchesIndependentRecomputation) {
@@ -96,27 +96,20 @@ TEST(Colour, WideSampleMatchesIndependentRecomputation) {
 
 TEST(Colour, BrightnessBlendAndGrey) {
     struct { COLORREF colour; int delta; COLORREF expected; } brightness[] = {
-        {RGB(255, 0, 0), 300, RGB(255, 255, 255)},   {RGB(12, 200, 99), -300, RGB(0, 0, 0)},
-        {RGB(100, 150, 200), INT_MAX, RGB(255, 255, 255)},
-        {RGB(100, 150, 200), INT_MIN, RGB(0, 0, 0)},
+        {RGB(255, 0, 0), 300, kWhite},              {RGB(12, 200, 99), -300, 0},
+        {RGB(100, 150, 200), INT_MAX, kWhite},      {RGB(100, 150, 200), INT_MIN, 0},
         {RGB(100, 150, 200), 20, RGB(131, 171, 211)},
         {RGB(255, 0, 30), 0, RGB(255, 70, 0)},  // the shifted negative hue moves the colour
         {RGB(3, 0, 2), 100, RGB(3, 0, 2)},      // hue 245 cannot convert back: unchanged
     };
     for (auto c : brightness)
         EXPECT_EQ(c.expected, AdjustColorBrightness(c.colour, c.delta)) << c.delta;
-
-    struct { COLORREF from, to; double fraction; COLORREF expected; } blends[] = {
-        // (210 - 0) x 0.7 is exactly 147.0 in IEEE double; extended precision would give 146.
-        {RGB(0, 255, 0), RGB(107, 108, 210), 0.7, RGB(74, 152, 147)},
-        {RGB(0, 0, 0), RGB(255, 1, 3), 0.5, RGB(127, 0, 1)},
-        {RGB(255, 255, 255), 0, 0.5, RGB(127, 127, 127)},
-        {0x01000000 | RGB(10, 20, 30), 0x02000000 | RGB(200, 100, 0), 7.0, RGB(200, 100, 0)},
-        {0x01000000 | RGB(10, 20, 30), RGB(200, 100, 0), -3.0, RGB(10, 20, 30)},
-    };
-    for (auto c : blends)
-        EXPECT_EQ(c.expected, BlendColors(c.from, c.to, c.fraction)) << c.fraction;
-
+    // (210 - 0) x 0.7 is exactly 147.0 in IEEE double; extended precision would give 146.
+    EXPECT_EQ(RGB(74, 152, 147), BlendColors(RGB(0, 255, 0), RGB(107, 108, 210), 0.7));
+    EXPECT_EQ(RGB(127, 0, 1), BlendColors(0, RGB(255, 1, 3), 0.5));
+    EXPECT_EQ(RGB(127, 127, 127), BlendColors(kWhite, 0, 0.5));
+    EXPECT_EQ(RGB(200, 100, 0), BlendColors(0x01000000, 0x02000000 | RGB(200, 100, 0), 7.0));
+    EXPECT_EQ(RGB(10, 20, 30), BlendColors(0x01000000 | RGB(10, 20, 30), kWhite, -3.0));
     EXPECT_EQ(RGB(127, 127, 127), GreyscaleCOLORREF(RGB(255, 0, 0)));
     EXPECT_EQ(RGB(105, 105, 105), GreyscaleCOLORREF(0xFF000000 | RGB(10, 200, 31)));
 }

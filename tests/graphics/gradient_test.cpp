@@ -2,6 +2,7 @@
 // vertices worked out by hand, so a wrong colour, position or mode shows as a pixel difference.
 #include "kvtest.h"
 #include "kvkit_draw.h"
+#include "pictures.h"
 
 namespace {
 
@@ -26,27 +27,15 @@ void referenceCorners(HDC dc, RECT rect, COLORREF bl, COLORREF tl, COLORREF tr, 
 class Gradient : public kvtest::KvTest {
 protected:
     int differences() const {
-        int count = 0;
-        for (int y = 0; y < 100; ++y)
-            for (int x = 0; x < 100; ++x) count += drawn.pixel(x, y) != expected.pixel(x, y);
-        return count;
+        return pictures::CanvasMismatches(drawn, 0, 0, 100, 100,
+                                          [&](int x, int y) { return expected.pixel(x, y); });
     }
     kvtest::Canvas drawn{100, 100, RGB(1, 2, 3)};
     kvtest::Canvas expected{100, 100, RGB(1, 2, 3)};
     RECT whole{0, 0, 100, 100};
 };
 
-TEST_F(Gradient, LinearWithAutoEndOrGivenEnd) {
-    // autoEnd: (220, 100, 10) + 50 per channel wraps red to 14.
-    EXPECT_EQ(1, Kx1GradientFill(drawn.dc(), RGB(220, 100, 10), RGB(9, 9, 9), 1, 0, &whole));
-    referenceLinear(expected.dc(), whole, RGB(220, 100, 10), RGB(14, 150, 60), false);
-    RECT band = {10, 20, 60, 90};
-    Kx1GradientFill(drawn.dc(), RGB(0, 0, 0), RGB(200, 100, 50), 0, 1, &band);
-    referenceLinear(expected.dc(), band, RGB(0, 0, 0), RGB(200, 100, 50), true);
-    EXPECT_EQ(0, differences());
-}
-
-TEST_F(Gradient, HighlightKnee) {
+TEST_F(Gradient, LinearAndHighlightWithAKnee) {
     const COLORREF from = RGB(40, 80, 120), to = RGB(200, 220, 240);
     struct Part { RECT rect; COLORREF from, to; };
     struct {
@@ -64,6 +53,9 @@ TEST_F(Gradient, HighlightKnee) {
         {from, 0, 1, 1, 30.0, 40.0, true,
          {{0, 70, 100, 100}, RGB(60, 116, 172), from},
          {{0, 0, 100, 70}, RGB(90, 130, 170), RGB(60, 116, 172)}},
+        // Percent 0 and 100 give the plain gradient; autoEnd adds 50 per channel, red wraps.
+        {RGB(220, 100, 10), 9, 1, 0, 0.0, 50.0, false,
+         {whole, RGB(220, 100, 10), RGB(14, 150, 60)}, {}},
         {from, to, 0, 1, 100.0, 50.0, false, {whole, from, to}, {}},
         {from, to, 0, 1, 1e10, 50.0, false, {whole, from, to}, {}},
         // Reversed over everything: end to from, whose own autoEnd adds 50 once more.
