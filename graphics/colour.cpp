@@ -99,8 +99,10 @@ unsigned long KVKIT_CALL AdjustColorBrightness(unsigned long colour, int delta) 
     unsigned long hsb;
     if (RGBToHSB(&colour, &hsb)) return colour;
     int brightness = byteOf(hsb, 2);
-    if (brightness + delta > kComponentMax) delta = kComponentMax - brightness;
-    if (brightness + delta < 0) delta = -brightness;
+    // Compared against the room left rather than by adding, so that a delta near INT_MAX does
+    // not overflow.
+    if (delta > kComponentMax - brightness) delta = kComponentMax - brightness;
+    if (delta < -brightness) delta = -brightness;
     hsb = (hsb & 0xFFFF) | ((brightness + delta) & 0xFF) << 16;
     unsigned long result;
     if (HSBToRGB(&hsb, &result)) return colour;

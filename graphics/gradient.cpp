@@ -63,7 +63,14 @@ int KVKIT_CALL Kx1GradientFill_AsHighlightEx(HDC dc, COLORREF from, COLORREF to,
     COLORREF end = autoEnd ? autoEndColour(from) : to;
     LONG start = vertical ? rect->top : rect->left;
     LONG stop = vertical ? rect->bottom : rect->right;
-    int split = static_cast<int>(ceil((stop - start) * percent / 100.0));
+    // The split is compared with the extent before it becomes an integer, so that a percentage
+    // far above 100 still gives the plain gradient instead of overflowing.
+    double split = ceil((stop - start) * percent / 100.0);
+    if (split >= stop - start) {
+        return reverse ? Kx1GradientFill(dc, end, from, autoEnd, vertical, rect)
+                       : Kx1GradientFill(dc, from, end, autoEnd, vertical, rect);
+    }
+    LONG firstLength = static_cast<LONG>(split);
     COLORREF knee = kneeColour(from, end, strength);
 
     RECT first = *rect, rest = *rect;
@@ -72,13 +79,11 @@ int KVKIT_CALL Kx1GradientFill_AsHighlightEx(HDC dc, COLORREF from, COLORREF to,
     LONG& restStart = vertical ? rest.top : rest.left;
     LONG& restStop = vertical ? rest.bottom : rest.right;
     if (!reverse) {
-        if (start + split >= stop) return Kx1GradientFill(dc, from, end, autoEnd, vertical, rect);
-        firstStop = restStart = start + split;
+        firstStop = restStart = start + firstLength;
         Kx1GradientFill(dc, from, knee, 0, vertical, &first);
         Kx1GradientFill(dc, knee, end, 0, vertical, &rest);
     } else {
-        if (stop - split <= start) return Kx1GradientFill(dc, end, from, autoEnd, vertical, rect);
-        firstStart = restStop = stop - split;
+        firstStart = restStop = stop - firstLength;
         Kx1GradientFill(dc, knee, from, 0, vertical, &first);
         Kx1GradientFill(dc, end, knee, 0, vertical, &rest);
     }
