@@ -140,6 +140,19 @@ TEST_F(Transparent, ByKeyByMaskAndStretched) {
               }));
 }
 
+// Printing goes through the base library's DIB conversion: stretched over the rectangle, and with
+// the transparent variant the key colour printed white.
+TEST_F(Transparent, PrintsStretchedAndWithTransparentPixelsWhite) {
+    RECT left = {0, 0, 12, 24}, right = {12, 0, 24, 24};
+    EXPECT_EQ(1, Kx1PrintBm(canvas.dc(), spot, &left, 0, 0, 0));
+    EXPECT_EQ(1, Kx1PrintBmTransp(canvas.dc(), spot, &right, 0, 0, 0));
+    // Centres of uniform areas only: the printing stretch may smooth edges.
+    EXPECT_EQ(RGB(0, 255, 0), canvas.pixel(0, 1));
+    EXPECT_EQ(kRed, canvas.pixel(7, 13));
+    EXPECT_EQ(kWhite, canvas.pixel(12, 1));
+    EXPECT_EQ(kRed, canvas.pixel(19, 13));
+}
+
 // 3 x 2 tile with a different colour in every pixel, and a 20 x 20 picture.
 COLORREF tile(int x, int y) { return RGB(10 + 40 * x, 20 + 100 * y, 77); }
 COLORREF large(int x, int y) { return RGB(5 * x, 5 * y, 200); }
