@@ -259,3 +259,15 @@ TEST_F(ResizeTest, DibVariantsGiveNullWhenMemoryRunsOut) {
     KvText_FailAllocation(1);
     EXPECT_EQ(nullptr, BlendedResizeBitmap_DI_32b(nullptr, source32.bitmap, 8, 8, 0, 0, 0, 1));
 }
+
+// Sizes whose buffers would not fit in an int are refused before anything is allocated.
+TEST_F(ResizeTest, DibVariantsRefuseSizesBeyondAnyBuffer) {
+    Dib source16, source24, source32;
+    MakeDib(source16, 1, 1, 16);
+    MakeDib(source24, 1, 1, 24);
+    MakeDib(source32, 1, 1, 32);
+    for (HBITMAP source : {source16.bitmap.get(), source24.bitmap.get(), source32.bitmap.get()}) {
+        EXPECT_EQ(nullptr, BlendedResizeBitmap_DI(nullptr, source, 0x40000001, 1, 0, 0, 0, 1));
+        EXPECT_EQ(nullptr, BlendedResizeBitmap_DI(nullptr, source, 1, 0x40000000, 0, 0, 0, 1));
+    }
+}
