@@ -188,25 +188,22 @@ TEST_F(PaintTest, ClipsAndCentresOnTheMonitorOrItsWorkArea) {
     const RECT& full = monitor.rcMonitor;
     int workWidth = work.right - work.left;
     const UINT kCentre = KV_MONITOR_CENTER, kWork = KV_MONITOR_WORKAREA;
-    struct Case { RECT start; UINT flags; RECT expected; };
-    const Case cases[] = {
-        {sized(5, 5, 301, 200), kCentre | kWork, centred(work, 301, 200)},
-        {sized(5, 5, 301, 200), kCentre, centred(full, 301, 200)},
-        // Larger than the area: the negative half truncates towards zero.
-        {sized(0, 0, workWidth + 3, 50), kCentre | kWork,
-         sized(work.left - 1, centred(work, 0, 50).top, workWidth + 3, 50)},
-        {sized(work.right - 50, work.bottom - 20, 300, 200), kWork,
-         sized(work.right - 300, work.bottom - 200, 300, 200)},
-        {sized(work.left - 40, work.top - 30, 300, 200), kWork, sized(work.left, work.top, 300, 200)},
-        // Wider than the area: the left edge goes to the area's left edge.
-        {sized(work.left + 10, work.top + 5, workWidth + 100, 50), kWork,
-         sized(work.left, work.top + 5, workWidth + 100, 50)},
+    auto place = [](RECT rc, UINT flags) {
+        Kx1ClipOrCenterRectToMonitor(&rc, flags);
+        return corners(rc);
     };
-    for (const auto& c : cases) {
-        RECT rc = c.start;
-        Kx1ClipOrCenterRectToMonitor(&rc, c.flags);
-        EXPECT_EQ(corners(c.expected), corners(rc));
-    }
+    EXPECT_EQ(corners(centred(work, 301, 200)), place(sized(5, 5, 301, 200), kCentre | kWork));
+    EXPECT_EQ(corners(centred(full, 301, 200)), place(sized(5, 5, 301, 200), kCentre));
+    // Larger than the area: the negative half truncates towards zero.
+    EXPECT_EQ(corners(sized(work.left - 1, centred(work, 0, 50).top, workWidth + 3, 50)),
+              place(sized(0, 0, workWidth + 3, 50), kCentre | kWork));
+    EXPECT_EQ(corners(sized(work.right - 300, work.bottom - 200, 300, 200)),
+              place(sized(work.right - 50, work.bottom - 20, 300, 200), kWork));
+    EXPECT_EQ(corners(sized(work.left, work.top, 300, 200)),
+              place(sized(work.left - 40, work.top - 30, 300, 200), kWork));
+    // Wider than the area: the left edge goes to the area's left edge.
+    EXPECT_EQ(corners(sized(work.left, work.top + 5, workWidth + 100, 50)),
+              place(sized(work.left + 10, work.top + 5, workWidth + 100, 50), kWork));
 
     HostWindow host(200, 100);
     RECT window;
