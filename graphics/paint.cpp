@@ -102,21 +102,17 @@ void placeOnMonitor(RECT* rc, UINT flags) {
 HDC KVKIT_CALL KVBeginPaint(HWND window, tagKVPAINTSTRUCT* ps, int copy) {
     if (!ps) return nullptr;
     clearPaintStruct(ps);
-    if (window) {
-        GetClientRect(window, &ps->client);
-        GetUpdateRect(window, &ps->update, FALSE);
-        if (BeginPaint(window, &ps->paint) && createPaintBuffer(ps)) {
-            ps->window = window;
-            return ps->paintDC;
-        }
-    }
-    if (!ps->paint.hdc) {
+    if (!window) return nullptr;
+    GetClientRect(window, &ps->client);
+    GetUpdateRect(window, &ps->update, FALSE);
+    if (!BeginPaint(window, &ps->paint)) {
         clearPaintStruct(ps);
         return nullptr;
     }
+    ps->window = window;
+    if (createPaintBuffer(ps)) return ps->paintDC;
     // Unbuffered: the caller paints straight onto the window. Only here does `copy` count.
     ps->paintDC = ps->paint.hdc;
-    ps->window = window;
     if (copy)
         BitBlt(ps->paintDC, 0, 0, ps->client.right, ps->client.bottom, ps->paint.hdc, 0, 0, SRCCOPY);
     return ps->paintDC;

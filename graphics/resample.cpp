@@ -5,6 +5,7 @@
 #include "core/library.h"
 #include "include/kvkit_resample.h"
 #include "kvtext.h"
+#include <limits.h>
 #include <math.h>
 
 namespace {
@@ -259,6 +260,12 @@ bool openDibSource(HBITMAP source, int width, int height, int transparent, COLOR
     if (!GetObjectW(source, sizeof(*info), info)) return false;
     if (gradeDepth(*info) != Pixels::kDepth || !info->bmBits) return false;
     if (info->bmWidth <= 0 || info->bmHeight <= 0) return false;
+    // Both buffers hold at most width x (old or new height) samples of up to 4 bytes; beyond that
+    // the byte counts would wrap round and a too small buffer would be overrun.
+    const long long maxSamples = INT_MAX / 4;
+    if (static_cast<long long>(width) * info->bmHeight > maxSamples ||
+        static_cast<long long>(width) * height > maxSamples)
+        return false;
     *from = {static_cast<const BYTE*>(info->bmBits), info->bmWidthBytes * info->bmHeight,
              Pixels::rowLength(*info), info->bmHeight};
     *rule = {transparent != 0, Pixels::key(*from, key, keyFromCorner != 0), smooth != 0};
@@ -307,7 +314,7 @@ HBITMAP resizeDibSection(HWND window, HBITMAP source, int width, int height, int
         return nullptr;
     SampleRows middle = {static_cast<DWORD*>(GetMemory(width * info.bmHeight * 4)), width,
                          info.bmHeight};
-    int resultRowLength = (width * Pixels::kBits + 31) / 32 * 4;
+    int resultRowLength = int((static_cast<long long>(width) * Pixels::kBits + 31) / 32 * 4);
     auto* result = static_cast<BYTE*>(GetMemory(resultRowLength * height));
     HBITMAP bitmap = nullptr;
     if (middle.samples && result) {
