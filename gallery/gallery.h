@@ -20,6 +20,9 @@ void SaveScreenshot(HWND window, const wchar_t* name);
 using PaintCallback = std::function<void(HDC dc, const RECT& client)>;
 HWND CreatePaintedPanel(HWND parent, int x, int y, int width, int height, PaintCallback paint);
 
+// Draws the bitmap at (x, y), each pixel as a scale x scale square.
+void DrawBitmapScaled(HDC dc, HBITMAP bitmap, int x, int y, int scale = 1);
+
 // A static text label.
 HWND AddLabel(HWND parent, int x, int y, int width, int height, const wchar_t* text);
 

@@ -136,6 +136,17 @@ HWND CreatePaintedPanel(HWND parent, int x, int y, int width, int height, PaintC
     return panel;
 }
 
+void DrawBitmapScaled(HDC dc, HBITMAP bitmap, int x, int y, int scale) {
+    BITMAP info;
+    if (!bitmap || !GetObjectW(bitmap, sizeof(info), &info)) return;
+    HDC memory = CreateCompatibleDC(dc);
+    HGDIOBJ old = SelectObject(memory, bitmap);
+    StretchBlt(dc, x, y, info.bmWidth * scale, info.bmHeight * scale, memory, 0, 0, info.bmWidth,
+               info.bmHeight, SRCCOPY);
+    SelectObject(memory, old);
+    DeleteDC(memory);
+}
+
 HWND AddLabel(HWND parent, int x, int y, int width, int height, const wchar_t* text) {
     HWND label = CreateWindowExW(0, L"STATIC", text, WS_CHILD | WS_VISIBLE, x, y, width, height,
                                  parent, nullptr, GetModuleHandleW(nullptr), nullptr);

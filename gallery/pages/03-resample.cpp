@@ -88,17 +88,6 @@ HBITMAP systemStretch(HBITMAP source, int width, int height) {
     return result;
 }
 
-void drawBitmap(HDC dc, HBITMAP bitmap, int x, int y, int scale = 1) {
-    BITMAP info;
-    if (!bitmap || !GetObjectW(bitmap, sizeof(info), &info)) return;
-    HDC memory = CreateCompatibleDC(dc);
-    HGDIOBJ old = SelectObject(memory, bitmap);
-    StretchBlt(dc, x, y, info.bmWidth * scale, info.bmHeight * scale, memory, 0, 0, info.bmWidth,
-               info.bmHeight, SRCCOPY);
-    SelectObject(memory, old);
-    DeleteDC(memory);
-}
-
 void text(HDC dc, int x, int y, const wchar_t* line) { TextOutW(dc, x, y, line, lstrlenW(line)); }
 
 // --- resized pictures -------------------------------------------------------------------------
@@ -136,12 +125,12 @@ std::shared_ptr<BitmapSet> resizeAll(std::vector<Method>* methods) {
 
 void paintResized(HDC dc, const std::vector<Method>& methods, HBITMAP original) {
     text(dc, 8, 4, L"Original 64 x 64 (24-bit DIB section), resized to 40 x 40 and 104 x 104:");
-    drawBitmap(dc, original, 8, 26);
+    DrawBitmapScaled(dc, original, 8, 26);
     for (size_t i = 0; i < methods.size(); ++i) {
         int x = 84 + int(i) * kColumn;
         text(dc, x, 26, methods[i].name);
-        drawBitmap(dc, methods[i].down, x, 44);
-        drawBitmap(dc, methods[i].up, x, 92);
+        DrawBitmapScaled(dc, methods[i].down, x, 44);
+        DrawBitmapScaled(dc, methods[i].up, x, 92);
     }
     text(dc, 8, 200,
          L"24-bit rows are read at the bytes per row plus the padding rule, which shears the "
@@ -160,7 +149,7 @@ void paintCanvases(HDC dc, const std::vector<HBITMAP>& canvases, const int* flag
         text(dc, x, 24, label);
         RECT frame = {x - 1, 41, x + 81, 123};
         FrameRect(dc, &frame, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
-        drawBitmap(dc, canvases[i], x, 42, 2);
+        DrawBitmapScaled(dc, canvases[i], x, 42, 2);
     }
 }
 

@@ -7,27 +7,15 @@
 
 namespace {
 
-void drawBitmap(HDC dc, HBITMAP bitmap, int x, int y, int scale) {
-    if (!bitmap) return;
-    BITMAP info;
-    GetObjectW(bitmap, sizeof(info), &info);
-    HDC memory = CreateCompatibleDC(dc);
-    HGDIOBJ old = SelectObject(memory, bitmap);
-    StretchBlt(dc, x, y, info.bmWidth * scale, info.bmHeight * scale, memory, 0, 0, info.bmWidth,
-               info.bmHeight, SRCCOPY);
-    SelectObject(memory, old);
-    DeleteDC(memory);
-}
-
 void paintPictures(HDC dc, const RECT&) {
     HMODULE library = GetModuleHandleW(L"kvkit.dll");
     SetBkMode(dc, TRANSPARENT);
     HGDIOBJ oldFont = SelectObject(dc, GetStockObject(DEFAULT_GUI_FONT));
-    struct Named { const wchar_t* name; } arrows[] = {{L"btaob"}, {L"btaun"}, {L"btali"}, {L"btare"}};
+    const wchar_t* arrows[] = {L"btaob", L"btaun", L"btali", L"btare"};
     TextOutW(dc, 8, 6, L"Arrows (x3)", 11);
     for (int i = 0; i < 4; ++i) {
-        HBITMAP bitmap = LoadBitmapW(library, arrows[i].name);
-        drawBitmap(dc, bitmap, 8 + i * 36, 24, 3);
+        HBITMAP bitmap = LoadBitmapW(library, arrows[i]);
+        DrawBitmapScaled(dc, bitmap, 8 + i * 36, 24, 3);
         DeleteObject(bitmap);
     }
     TextOutW(dc, 170, 6, L"Sort arrows, glyphs, grip, marker (x3)", 38);
@@ -37,14 +25,14 @@ void paintPictures(HDC dc, const RECT&) {
         HBITMAP bitmap = KxGetToolBitmap(id);
         BITMAP info;
         GetObjectW(bitmap, sizeof(info), &info);
-        drawBitmap(dc, bitmap, x, 24, 3);
+        DrawBitmapScaled(dc, bitmap, x, 24, 3);
         x += info.bmWidth * 3 + 10;
         DeleteObject(bitmap);
     }
     TextOutW(dc, 8, 86, L"Tool bitmaps 2000-2003 (x2)", 27);
     for (int i = 0; i < 4; ++i) {
         HBITMAP bitmap = KxGetToolBitmap(2000 + i);
-        drawBitmap(dc, bitmap, 8 + i * 40, 104, 2);
+        DrawBitmapScaled(dc, bitmap, 8 + i * 40, 104, 2);
         DeleteObject(bitmap);
     }
     HFONT caption = GetSysSmallCaptionFont();
