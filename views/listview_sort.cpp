@@ -358,7 +358,7 @@ int KVKIT_CALL SortListViewFromCache(HWND unused, HWND listView, int column,
     LPARAM lastDirection = KxListView_GetHeaderData(listView, column);
     bool descending = lastDirection > 0;  // last sorted ascending
     for (int row = 0; row < cache->rowCount; ++row) cache->rows[row].sortColumn = column;
-    if (column >= 0 && column < cache->columnCount)
+    if (cache->rowCount > 1 && column >= 0 && column < cache->columnCount)
         qsort(cache->rows, cache->rowCount, sizeof(CACHE_LISTVIEW_ROW),
               descending ? compareCachedDescending : compareCachedAscending);
     rebuildFromCache(listView, *cache);
