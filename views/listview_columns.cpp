@@ -92,12 +92,14 @@ int KVKIT_CALL KxListView_ClearHeader(HWND listView) {
     if (!header) return 0;
     int count = HeaderColumnCount(header);
     for (int column = count - 1; column >= 0; --column) {
-        // The header does not delete the bitmaps it shows; an arrow goes with its column.
+        // The header does not delete the bitmaps it shows; an arrow goes with its column, and
+        // only once the column is gone, so that a column left standing never shows a dead handle.
         HDITEMW item = {};
         item.mask = HDI_BITMAP;
-        if (SendMessageW(header, HDM_GETITEMW, column, reinterpret_cast<LPARAM>(&item)) && item.hbm)
-            DeleteObject(item.hbm);
+        if (!SendMessageW(header, HDM_GETITEMW, column, reinterpret_cast<LPARAM>(&item)))
+            item.hbm = nullptr;
         if (!SendMessageW(listView, LVM_DELETECOLUMN, column, 0)) return count - 1 - column;
+        if (item.hbm) DeleteObject(item.hbm);
     }
     return count;
 }

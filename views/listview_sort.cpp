@@ -39,6 +39,12 @@ static_assert(offsetof(SortKey, textOffset2) == 8, "sort key text offset 2");
 static_assert(offsetof(SortKey, number1) == 12, "sort key number 1");
 static_assert(offsetof(SortKey, number2) == 20, "sort key number 2");
 
+// A row value and the key entry found for it.
+struct Lookup {
+    LPARAM rowValue;
+    const SortKey* key;
+};
+
 // State of one sort call; lives on its stack.
 struct SortContext {
     HWND listView;
@@ -54,6 +60,10 @@ struct SortContext {
     wchar_t* pool;       // texts of the text keys, each terminated
     int poolUsedBytes;
     int poolCapacityBytes;
+    // The list view's merge sort compares one row against a run of others, so each side of a
+    // comparison is often the row it was the time before: its entry is not searched again.
+    Lookup lastA;
+    Lookup lastB;
 };
 
 int signOf(LONGLONG value) { return value < 0 ? -1 : value > 0 ? 1 : 0; }
@@ -97,6 +107,26 @@ void readKey(SortContext& context, int row, int column, int type, int* textOffse
     }
 }
 
+const SortKey* findKey(const SortContext& context, LPARAM rowValue) {
+    if (context.rowCount <= 0 || rowValue < context.keys[0].rowValue ||
+        rowValue > context.keys[context.rowCount - 1].rowValue)
+        return nullptr;
+    // Halving without an early exit runs log2(n) steps with no branch to mispredict; with
+    // duplicate row values it finds one of them.
+    const SortKey* base = context.keys;
+    for (int remaining = context.rowCount; remaining > 1;) {
+        int half = remaining / 2;
+        if (base[half].rowValue <= rowValue) base += half;
+        remaining -= half;
+    }
+    return base->rowValue == rowValue ? base : nullptr;
+}
+
+const SortKey* findKeyAgain(SortContext& context, Lookup& last, LPARAM rowValue) {
+    if (rowValue != last.rowValue) last = {rowValue, findKey(context, rowValue)};
+    return last.key;
+}
+
 // Reads every row's keys and orders the table by row value. False when there is nothing to sort
 // or no memory for the table.
 bool buildKeyTable(SortContext& context) {
@@ -114,22 +144,9 @@ bool buildKeyTable(SortContext& context) {
     }
     std::sort(context.keys, context.keys + context.rowCount,
               [](const SortKey& a, const SortKey& b) { return a.rowValue < b.rowValue; });
+    LPARAM first = context.keys[0].rowValue;
+    context.lastA = context.lastB = Lookup{first, findKey(context, first)};
     return true;
-}
-
-const SortKey* findKey(const SortContext& context, LPARAM rowValue) {
-    if (context.rowCount <= 0 || rowValue < context.keys[0].rowValue ||
-        rowValue > context.keys[context.rowCount - 1].rowValue)
-        return nullptr;
-    // Halving without an early exit runs log2(n) steps with no branch to mispredict; with
-    // duplicate row values it finds one of them.
-    const SortKey* base = context.keys;
-    for (int remaining = context.rowCount; remaining > 1;) {
-        int half = remaining / 2;
-        if (base[half].rowValue <= rowValue) base += half;
-        remaining -= half;
-    }
-    return base->rowValue == rowValue ? base : nullptr;
 }
 
 int compareTexts(const SortContext& context, int offsetA, int offsetB) {
@@ -151,9 +168,9 @@ int compareKey(const SortContext& context, int type, int offsetA, int offsetB, L
 }
 
 int CALLBACK compareRows(LPARAM rowValueA, LPARAM rowValueB, LPARAM contextParam) {
-    const auto& context = *reinterpret_cast<const SortContext*>(contextParam);
-    const SortKey* a = findKey(context, rowValueA);
-    const SortKey* b = findKey(context, rowValueB);
+    auto& context = *reinterpret_cast<SortContext*>(contextParam);
+    const SortKey* a = findKeyAgain(context, context.lastA, rowValueA);
+    const SortKey* b = findKeyAgain(context, context.lastB, rowValueB);
     if (!a || !b) return 0;
     int result = compareKey(context, context.type1, a->textOffset1, b->textOffset1, a->number1,
                             b->number1);
@@ -341,7 +358,7 @@ int KVKIT_CALL SortListViewFromCache(HWND unused, HWND listView, int column,
     LPARAM lastDirection = KxListView_GetHeaderData(listView, column);
     bool descending = lastDirection > 0;  // last sorted ascending
     for (int row = 0; row < cache->rowCount; ++row) cache->rows[row].sortColumn = column;
-    if (column >= 0 && column < cache->columnCount)
+    if (cache->rowCount > 1 && column >= 0 && column < cache->columnCount)
         qsort(cache->rows, cache->rowCount, sizeof(CACHE_LISTVIEW_ROW),
               descending ? compareCachedDescending : compareCachedAscending);
     rebuildFromCache(listView, *cache);
