@@ -52,8 +52,10 @@ KVKIT_API int KVKIT_CALL KxSizeDlg(HWND dialog, UINT wParam, LPARAM lParam);
 // For WM_SIZING: widens and heightens the dragged RECT* in lParam to at least the design window
 // size, moving only its right and bottom edges. 0 if not registered or lParam is null.
 KVKIT_API int KVKIT_CALL KxSizingDlg(HWND dialog, UINT edge, LPARAM lParam);
-// Removes the dialog from the engine and releases its grip bitmap and records. 0 if not
-// registered.
+// Removes the dialog from the engine and releases the grip bitmap and records of the record left
+// in its slot: its own when it was the last one registered, otherwise those of the dialog started
+// after it, which stays registered with nothing to lay out. End dialogs in the reverse order of
+// starting them. 0 if not registered.
 KVKIT_API int KVKIT_CALL KxSizeDlgEnd(HWND dialog);
 // Applies the placement stored under `name` (a DS_CENTER dialog is centred on the monitor of
 // the session's main window, keeping the stored size). 1 if a placement was applied.
