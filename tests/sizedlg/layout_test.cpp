@@ -96,7 +96,7 @@ TEST_F(SizeDlgLayout, NeverSmallerThanTheDesignSize) {
     EXPECT_EQ(Rect(5, 6, 5 + w, 6 + h + 50), narrow);
 
     // Narrower but taller: laid out with no horizontal growth, then set back on both axes.
-    dialog.setHandler(nullptr);
+    dialog.forwardSizeMessages(false);
     dialog.resize(350, 400);
     EXPECT_EQ(1, KxSizeDlg(dialog, 0, 0));
     EXPECT_EQ(Rect(41, 81, 143, 116), dialog.rect(100));
