@@ -27,3 +27,12 @@ function(kv_add_stdcall_dll target def_file)
                 -l $<TARGET_LINKER_FILE:${target}> -k
         VERBATIM)
 endfunction()
+
+# kv_use_comctl6(target): links the manifest that binds a program to common controls version 6,
+# as a host's manifest binds it.
+set(KV_MANIFEST_DIR ${CMAKE_CURRENT_LIST_DIR}/manifest)
+function(kv_use_comctl6 target)
+    set_source_files_properties(${KV_MANIFEST_DIR}/comctl6.rc PROPERTIES
+        OBJECT_DEPENDS ${KV_MANIFEST_DIR}/comctl6.manifest)
+    target_sources(${target} PRIVATE ${KV_MANIFEST_DIR}/comctl6.rc)
+endfunction()

@@ -2,6 +2,8 @@
 # Runs a command with a private Wine prefix inside the build folder, one wineserver kept alive for
 # the whole command, and a virtual X display when none is set.
 # Usage: scripts/with-wine.sh BUILD_DIR command [args...]
+# Under Wine 8 GetProcessHandleCount answers 0 and GetGuiResources answers 0: the tests count
+# kernel handles and GDI objects by probing handle values (tests/common/kvtest.cpp).
 set -euo pipefail
 build=$(cd "$1" && pwd)
 shift

@@ -1,13 +1,118 @@
 #include "kvtest.h"
 #include <commctrl.h>
+#include <winternl.h>
+#include <stdio.h>
+#include <algorithm>
 
 namespace kvtest {
 
-void KvTest::SetUp() { liveAtStart_ = KvText_LiveAllocations(); }
+std::vector<bool> GdiObjectTable() {
+    std::vector<bool> live(0x10000);
+    for (UINT_PTR value = 1; value <= 0xFFFF; ++value)
+        live[value] = GetObjectType(reinterpret_cast<HGDIOBJ>(value)) != 0;
+    return live;
+}
 
-void KvTest::TearDown() {
+int LiveGdiObjects() {
+    std::vector<bool> live = GdiObjectTable();
+    return static_cast<int>(std::count(live.begin(), live.end(), true));
+}
+
+std::string DescribeNewGdiObjects(const std::vector<bool>& before, const std::vector<bool>& now) {
+    static const char* const kTypeNames[] = {"?",       "pen",     "brush",  "dc",     "metadc",
+                                             "palette", "font",    "bitmap", "region", "metafile",
+                                             "memdc",   "extpen",  "enhmetadc", "enhmetafile",
+                                             "colorspace"};
+    std::string text;
+    char line[96];
+    for (size_t value = 1; value < now.size(); ++value) {
+        if (!now[value] || before[value]) continue;
+        HGDIOBJ object = reinterpret_cast<HGDIOBJ>(value);
+        DWORD type = GetObjectType(object);
+        snprintf(line, sizeof(line), " 0x%04x %s", static_cast<unsigned>(value),
+                 type < sizeof(kTypeNames) / sizeof(kTypeNames[0]) ? kTypeNames[type] : "?");
+        text += line;
+        if (type == OBJ_BITMAP) {
+            BITMAP info = {};
+            GetObjectW(object, sizeof(info), &info);
+            snprintf(line, sizeof(line), " %ldx%ld", info.bmWidth, info.bmHeight);
+            text += line;
+        } else if (type == OBJ_FONT) {
+            LOGFONTW font = {};
+            GetObjectW(object, sizeof(font), &font);
+            snprintf(line, sizeof(line), " %ld %ls", font.lfHeight, font.lfFaceName);
+            text += line;
+        }
+    }
+    return text;
+}
+
+std::vector<UINT_PTR> KernelHandleValues() {
+    // Handles are multiples of 4 handed out lowest free first, so the live ones sit low and
+    // densely: probe upward until a long run of values names nothing.
+    const int kRunPastLast = 128;
+    std::vector<UINT_PTR> live;
+    int sinceLast = 0;
+    for (UINT_PTR value = 4; sinceLast < kRunPastLast; value += 4) {
+        DWORD flags;
+        if (GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags)) {
+            live.push_back(value);
+            sinceLast = 0;
+        } else {
+            ++sinceLast;
+        }
+    }
+    return live;
+}
+
+DWORD KernelHandles() { return static_cast<DWORD>(KernelHandleValues().size()); }
+
+namespace {
+// The object type of a handle ("Event", "Thread", ...), for failure messages.
+std::string handleType(UINT_PTR value) {
+    union {
+        PUBLIC_OBJECT_TYPE_INFORMATION info;
+        BYTE space[512];
+    } buffer = {};
+    ULONG length = 0;
+    if (NtQueryObject(reinterpret_cast<HANDLE>(value), ObjectTypeInformation, &buffer,
+                      sizeof(buffer), &length) != 0)
+        return "?";
+    std::string name;
+    for (USHORT i = 0; i < buffer.info.TypeName.Length / 2; ++i)
+        name += static_cast<char>(buffer.info.TypeName.Buffer[i]);
+    return name;
+}
+
+std::string describeNewHandles(const std::vector<UINT_PTR>& before, const std::vector<UINT_PTR>& now) {
+    std::string text;
+    for (UINT_PTR value : now)
+        if (std::find(before.begin(), before.end(), value) == before.end())
+            text += " 0x" + std::to_string(value) + " " + handleType(value);
+    return text;
+}
+}  // namespace
+
+KvTest::KvTest() {
+    liveAtStart_ = KvText_LiveAllocations();
+    gdiObjectsAtStart_ = GdiObjectTable();
+    kernelHandlesAtStart_ = KernelHandleValues();
+}
+
+void KvTest::TearDown() { KvText_FailAllocation(0); }
+
+KvTest::~KvTest() {
     KvText_FailAllocation(0);
+    // Destroyed windows release their objects when their last messages have been handled.
+    PumpMessages();
     EXPECT_EQ(KvText_LiveAllocations(), liveAtStart_) << "kvtext allocations left behind";
+    std::vector<bool> gdiObjects = GdiObjectTable();
+    EXPECT_EQ(std::count(gdiObjects.begin(), gdiObjects.end(), true),
+              std::count(gdiObjectsAtStart_.begin(), gdiObjectsAtStart_.end(), true))
+        << "GDI objects left behind:" << DescribeNewGdiObjects(gdiObjectsAtStart_, gdiObjects);
+    std::vector<UINT_PTR> kernelHandles = KernelHandleValues();
+    EXPECT_EQ(kernelHandles.size(), kernelHandlesAtStart_.size())
+        << "kernel handles left behind:" << describeNewHandles(kernelHandlesAtStart_, kernelHandles);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -205,6 +310,124 @@ HBITMAP MakeBitmap(int width, int height, const std::function<COLORREF(int, int)
     SetDIBits(dc, bitmap, 0, height, quads.data(), &header, DIB_RGB_COLORS);
     ReleaseDC(nullptr, dc);
     return bitmap;
+}
+
+// ---------------------------------------------------------------------------------------------
+
+namespace {
+// Creates, shows, paints and destroys one window of each class, with a row of items so that
+// their parts are drawn.
+void exerciseControls(HWND host) {
+    const wchar_t* const kClasses[] = {
+        WC_LISTVIEWW, WC_TREEVIEWW, WC_TABCONTROLW, WC_HEADERW, DATETIMEPICK_CLASSW, PROGRESS_CLASSW,
+        TRACKBAR_CLASSW, UPDOWN_CLASSW, L"ComboBoxEx32", L"Button", L"Edit", L"ComboBox",
+        L"ListBox", L"Static", L"ScrollBar", STATUSCLASSNAMEW, TOOLBARCLASSNAMEW, MONTHCAL_CLASSW};
+    const DWORD kButtonStyles[] = {BS_PUSHBUTTON, BS_DEFPUSHBUTTON, BS_AUTOCHECKBOX, BS_AUTORADIOBUTTON,
+                                   BS_GROUPBOX, BS_AUTO3STATE};
+    std::vector<HWND> children;
+    for (const wchar_t* name : kClasses) {
+        DWORD style = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_VSCROLL | WS_HSCROLL;
+        bool listView = lstrcmpW(name, WC_LISTVIEWW) == 0, treeView = lstrcmpW(name, WC_TREEVIEWW) == 0;
+        if (listView) style |= LVS_REPORT;
+        if (treeView) style |= TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_CHECKBOXES;
+        if (lstrcmpW(name, L"ComboBox") == 0 || lstrcmpW(name, L"ComboBoxEx32") == 0)
+            style = WS_CHILD | WS_VISIBLE | CBS_DROPDOWN;
+        HWND child = CreateWindowExW(WS_EX_CLIENTEDGE, name, L"x", style, 5, 5, 200, 120, host,
+                                     nullptr, GetModuleHandleW(nullptr), nullptr);
+        if (!child) continue;
+        children.push_back(child);
+        if (listView) {
+            ListView_SetExtendedListViewStyle(child, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
+            LVCOLUMNW column = {};
+            column.mask = LVCF_TEXT | LVCF_WIDTH;
+            column.cx = 80;
+            column.pszText = const_cast<wchar_t*>(L"c");
+            ListView_InsertColumn(child, 0, &column);
+            LVITEMW item = {};
+            item.mask = LVIF_TEXT;
+            item.pszText = const_cast<wchar_t*>(L"r");
+            ListView_InsertItem(child, &item);
+            ListView_SetItemState(child, 0, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+        } else if (treeView) {
+            TVINSERTSTRUCTW insert = {};
+            insert.hInsertAfter = TVI_LAST;
+            insert.item.mask = TVIF_TEXT;
+            insert.item.pszText = const_cast<wchar_t*>(L"t");
+            HTREEITEM root = TreeView_InsertItem(child, &insert);
+            insert.hParent = root;
+            TreeView_InsertItem(child, &insert);
+            TreeView_Expand(child, root, TVE_EXPAND);
+            TreeView_SelectItem(child, root);
+        } else if (lstrcmpW(name, WC_TABCONTROLW) == 0) {
+            TCITEMW item = {};
+            item.mask = TCIF_TEXT;
+            item.pszText = const_cast<wchar_t*>(L"t");
+            TabCtrl_InsertItem(child, 0, &item);
+            TabCtrl_InsertItem(child, 1, &item);
+        }
+        UpdateWindow(child);
+        SetFocus(child);
+        POINT inside = {20, 20};
+        ClientToScreen(child, &inside);
+        SetCursorPos(inside.x, inside.y);
+        SendMessageW(child, WM_MOUSEMOVE, 0, MAKELPARAM(20, 20));
+        PumpMessages();
+    }
+    for (DWORD style : kButtonStyles) {
+        HWND button = CreateWindowExW(0, L"Button", L"x", WS_CHILD | WS_VISIBLE | style, 220, 5, 80, 24,
+                                      host, nullptr, GetModuleHandleW(nullptr), nullptr);
+        children.push_back(button);
+        UpdateWindow(button);
+        SendMessageW(button, BM_SETSTATE, TRUE, 0);
+        UpdateWindow(button);
+        SendMessageW(button, BM_SETSTATE, FALSE, 0);
+    }
+    PumpFor(50);
+    // Hidden first: each destroyed sibling would otherwise repaint the ones beneath it.
+    ShowWindow(host, SW_HIDE);
+    for (HWND child : children) DestroyWindow(child);
+    PumpMessages();
+}
+
+INT_PTR CALLBACK closingDialogProc(HWND dialog, UINT message, WPARAM, LPARAM) {
+    if (message == WM_INITDIALOG) PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    if (message == WM_COMMAND) EndDialog(dialog, 0);
+    return message == WM_INITDIALOG;
+}
+}  // namespace
+
+void WarmUpSystemCaches() {
+    for (int colour = 0; colour <= COLOR_MENUBAR; ++colour) GetSysColorBrush(colour);
+    // System cursors are loaded once and shared from then on.
+    const wchar_t* const kCursors[] = {IDC_ARROW, IDC_IBEAM,  IDC_WAIT,   IDC_CROSS,  IDC_UPARROW,
+                                       IDC_SIZENWSE, IDC_SIZENESW, IDC_SIZEWE, IDC_SIZENS, IDC_SIZEALL,
+                                       IDC_NO, IDC_HAND, IDC_APPSTARTING, IDC_HELP};
+    HCURSOR previousCursor = GetCursor();
+    for (const wchar_t* cursor : kCursors) SetCursor(LoadCursorW(nullptr, cursor));
+    SetCursor(previousCursor);
+    // Wine keeps a pool of cached DCs that grows up to a fixed size before it reuses one.
+    std::vector<HWND> windows;
+    for (int i = 0; i < 80; ++i)
+        windows.push_back(CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
+                                          GetModuleHandleW(nullptr), nullptr));
+    for (HWND window : windows) ReleaseDC(window, GetDC(window));
+    for (HWND window : windows) DestroyWindow(window);
+    {
+        HostWindow host(420, 320);
+        exerciseControls(host);
+    }
+    // A modal dialog from a template: its font and the dialog manager's own objects.
+    struct {
+        DLGTEMPLATE header;
+        WORD menu, windowClass, title, pointSize;
+        wchar_t face[13];
+    } dialog = {{WS_POPUP | WS_CAPTION | DS_SETFONT, 0, 0, 0, 0, 100, 60}, 0, 0, 0, 8, L"MS Shell Dlg"};
+    DialogBoxIndirectParamW(GetModuleHandleW(nullptr), &dialog.header, nullptr, closingDialogProc, 0);
+    PumpMessages();
+    // The first beep starts the sound system's thread, which then stays.
+    MessageBeep(0);
+    // GoogleTest's first thread-local value (a scoped trace) starts its watcher thread.
+    { SCOPED_TRACE("warm-up"); }
 }
 
 // ---------------------------------------------------------------------------------------------

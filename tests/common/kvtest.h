@@ -4,21 +4,40 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 #include <functional>
+#include <string>
 #include <vector>
 #include "kvtext.h"
 
 namespace kvtest {
 
-// Base fixture: every test must leave the kvtext live-allocation count where it found it.
-// Failure injection is switched off again after each test.
+// Base fixture: every test must leave the kvtext live-allocation count, the process's live GDI
+// objects and its kernel handle count where it found them. The counts are taken when the
+// fixture is constructed and compared when it is destroyed, so that objects held by members of a
+// derived fixture count too. Failure injection is switched off again after each test.
 class KvTest : public ::testing::Test {
 protected:
-    void SetUp() override;
+    KvTest();
+    ~KvTest() override;
     void TearDown() override;
 
 private:
     int liveAtStart_ = 0;
+    std::vector<bool> gdiObjectsAtStart_;
+    std::vector<UINT_PTR> kernelHandlesAtStart_;
 };
+
+// Live GDI objects of the process. GetGuiResources answers 0 under Wine, whose GDI handles are
+// table indexes that a zero high word matches whatever their generation: counting the values
+// 1..0xFFFF that name an object gives the live count.
+int LiveGdiObjects();
+// Which of the values 1..0xFFFF name a live GDI object (index 0 unused).
+std::vector<bool> GdiObjectTable();
+// The objects live in `now` but not in `before`, described by type, for a failure message.
+std::string DescribeNewGdiObjects(const std::vector<bool>& before, const std::vector<bool>& now);
+// Kernel handles (threads, events, mutexes, files) open in the process. GetProcessHandleCount
+// answers 0 under Wine 8, so the handle values are probed.
+DWORD KernelHandles();
+std::vector<UINT_PTR> KernelHandleValues();
 
 struct RecordedMessage {
     HWND window;
@@ -116,6 +135,14 @@ COLORREF BitmapPixel(HBITMAP bitmap, int x, int y);
 HBITMAP MakeBitmap(int width, int height, const std::function<COLORREF(int, int)>& colourAt);
 // True while the handle names a live GDI object.
 inline bool IsGdiObject(HGDIOBJ object) { return GetObjectType(object) != 0; }
+
+// Brings the system's lazily filled caches to their steady state before the first test, so that
+// the objects they keep do not count as left behind by the test that happened to fill them:
+// Wine's pool of cached window DCs, the system colour brushes, the theme parts and bitmaps of
+// the common controls (each control created, painted, hovered and destroyed), a dialog box, the
+// system cursors, the sound thread that the first beep starts and GoogleTest's thread-local
+// watcher.
+void WarmUpSystemCaches();
 
 // The loaded sample modules (the shared main loads them).
 HINSTANCE LanguageModule();

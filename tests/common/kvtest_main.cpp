@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
     Kx1SetLanguage(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), kvtest::ResourceModule(),
                    kvtest::LanguageModule());
     InitTool();
+    kvtest::WarmUpSystemCaches();
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -11,6 +11,10 @@ int main(int argc, char** argv) {
         fprintf(stderr, "sample modules not found beside the test program\n");
         return 2;
     }
+    kvtest::WarmUpSystemCaches();
+    // The host's shared cursor, loaded once here, is the one that the "EditButton" class keeps
+    // for the rest of the process when a test first registers it.
+    LoadCursorW(kvtest::ResourceModule(), L"handIcon");
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
