@@ -1,5 +1,6 @@
 // The export table holds plain, undecorated names that a host can look up by GetProcAddress.
 #include "kvtest.h"
+#include <commctrl.h>
 #include <set>
 #include <string>
 
@@ -52,6 +53,20 @@ TEST(Exports, FrameExportsResolveByName) {
                          name == "KxSetThemeAppProperties" || name == "KxGetCurrentThemeName" ||
                          name == "KxEnableTheming";
     EXPECT_EQ(48, themeWrappers);
+}
+
+// The test programs are bound to common controls 6 by their manifest, as a host is: the
+// comctl32 in use comes from the side-by-side assembly and its buttons answer version 6 messages.
+TEST(Manifest, CommonControlsVersionSix) {
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(GetModuleHandleW(L"comctl32.dll"), path, MAX_PATH);
+    CharLowerW(path);
+    EXPECT_NE(nullptr, wcsstr(path, L"microsoft.windows.common-controls_6595b64144ccf1df_6.")) << path;
+    HWND button = CreateWindowW(L"Button", L"OK", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+    SIZE ideal = {};
+    EXPECT_TRUE(SendMessageW(button, BCM_GETIDEALSIZE, 0, reinterpret_cast<LPARAM>(&ideal)));
+    EXPECT_GT(ideal.cx, 0);
+    DestroyWindow(button);
 }
 
 }  // namespace
