@@ -274,7 +274,6 @@ TEST_F(TreeTest, ExpandTreeScrollsTheSelectionIntoView) {
     TreeView_EnsureVisible(tree, root());
     KxTreeView_ExpandTree(tree, 1);
     RECT rect;
-    *reinterpret_cast<HTREEITEM*>(&rect) = selection();
     EXPECT_TRUE(TreeView_GetItemRect(tree, selection(), &rect, TRUE));
     RECT client;
     GetClientRect(tree, &client);

@@ -307,7 +307,6 @@ TEST_F(TreeMenuTest, CustomDrawColoursTheFilteredItemAndKeepsTheSelectionReadabl
     SendMessageW(tree, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(canvas.dc()), PRF_CLIENT | PRF_ERASEBKGND);
     for (HTREEITEM item : {annaBerg, berndBerg, carl}) {
         RECT label;
-        *reinterpret_cast<HTREEITEM*>(&label) = item;
         TreeView_GetItemRect(tree, item, &label, TRUE);
         COLORREF background = canvas.pixel(label.right - 2, label.top + 2);
         if (item == berndBerg) EXPECT_EQ(red, background);

@@ -87,8 +87,7 @@ protected:
     POINT checkBoxPoint(HTREEITEM item) const {
         UpdateWindow(tree);  // the check box images are made when the tree first paints
         RECT label;
-        *reinterpret_cast<HTREEITEM*>(&label) = item;
-        SendMessageW(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&label));
+        TreeView_GetItemRect(tree, item, &label, TRUE);
         TVHITTESTINFO hit = {};
         hit.pt = {label.left - 8, (label.top + label.bottom) / 2};
         TreeView_HitTest(tree, &hit);
@@ -100,8 +99,7 @@ protected:
     }
     POINT labelPoint(HTREEITEM item) const {
         RECT label;
-        *reinterpret_cast<HTREEITEM*>(&label) = item;
-        SendMessageW(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&label));
+        TreeView_GetItemRect(tree, item, &label, TRUE);
         POINT point = {label.left + 4, (label.top + label.bottom) / 2};
         ClientToScreen(tree, &point);
         return point;
