@@ -115,15 +115,15 @@ INT_PTR CALLBACK searchDialogProc(HWND dialog, UINT message, WPARAM wParam, LPAR
 }
 
 // Any bit of GetKeyState's high byte is set while the key is down; bit 12 is the one tested.
-bool keyDown(int key) { return (GetKeyState(key) & 0x1000) != 0; }
+bool isKeyDown(int key) { return (GetKeyState(key) & 0x1000) != 0; }
 
 LRESULT CALLBACK treeViewReplacementProc(HWND tree, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_KEYDOWN) {
-        if (wParam == 'F' && keyDown(VK_CONTROL)) {
+        if (wParam == 'F' && isKeyDown(VK_CONTROL)) {
             KxTreeView_DlgSuche(tree, g_language);
             return 0;  // the tree never sees Ctrl+F
         }
-        if (wParam == VK_F3) RepeatTreeSearch(tree, !keyDown(VK_SHIFT));
+        if (wParam == VK_F3) RepeatTreeSearch(tree, !isKeyDown(VK_SHIFT));
     }
     WNDPROC previous = Kx1GetSubProc(message == WM_DESTROY, tree);
     if (!previous) return 0;

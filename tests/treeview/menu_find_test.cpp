@@ -152,6 +152,12 @@ TEST_F(TreeMenuTest, EntriesFollowTheFlagsAndTheTreeStyleAndDismissingPostsZero)
     EXPECT_EQ((Entries{{KX_TREEMENU_FIND, L"&&Find..."}, {KX_TREEMENU_FIND_NEXT, L"Copy item"},
                        {KX_TREEMENU_FIND_PREVIOUS, L"Move item"}}),
               shownEntries);
+    // An entry whose text cannot be read (no memory for it) is left out.
+    whenIdle({choose(0)});
+    KvText_FailAllocation(1);
+    rightClick(lind);
+    EXPECT_EQ((Entries{{KX_TREEMENU_FIND_NEXT, L"Copy item"}, {KX_TREEMENU_FIND_PREVIOUS, L"Move item"}}),
+              shownEntries);
     EXPECT_EQ(0, loopsEndedForcibly);
 }
 
@@ -219,6 +225,9 @@ TEST_F(TreeMenuTest, FindOpensTheDialogAndTheRepeatCommandsSearchOnFromTheSelect
 
 TEST_F(TreeMenuTest, CtrlFOpensTheDialogInsteadOfReachingTheTreeAndF3SearchesAgain) {
     kvtest::MessageRecorder reachedTree(tree);  // behind the replacement: what the tree gets
+    KvText_FailAllocation(1);
+    EXPECT_EQ(0, Kx1SetTreeViewProc(tree));  // no memory: the tree is left as it was
+    EXPECT_EQ(nullptr, GetPropW(tree, L"OldProc"));
     ASSERT_EQ(1, Kx1SetTreeViewProc(tree));
     TreeView_SelectItem(tree, annaBerg);
     whenIdle({search(L"lind")});
