@@ -69,7 +69,9 @@ TEST_F(TypeAheadTest, SearchesTheSortedColumnUnlessTold) {
 }
 
 TEST_F(TypeAheadTest, GivenTextSearchesFromTheTopAndScrollsTheRowIntoView) {
+    SendMessageW(list, WM_SETREDRAW, FALSE, 0);  // a quicker fill
     for (int i = 0; i < 300; ++i) addRow(i + 1, {(L"Name " + std::to_wstring(1000 + i)).c_str()});
+    SendMessageW(list, WM_SETREDRAW, TRUE, 0);
     ListView_SetItemState(list, 280, LVIS_SELECTED, LVIS_SELECTED);
     EXPECT_EQ(250, KxListView_SetCharSel(list, nullptr, L"name 125"));
     EXPECT_EQ(250, selected());
