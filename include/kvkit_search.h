@@ -22,11 +22,11 @@ KVKIT_API int KVKIT_CALL KxListView_GetItemWithText(HWND listView, int column, i
 
 // Search flags of KxListView_GetItemWithTextEx.
 enum {
-    KX_FIND_TEXT = 0x01,             // search `text`; without it the decimal form of `number`
-    KX_FIND_AT_OR_BELOW = 0x02,      // numbers: else the nearest value at or below the number
-    KX_FIND_AT_OR_ABOVE = 0x04,      // numbers: else the nearest value at or above the number
-    KX_FIND_NO_PREFIX_PASSES = 0x08, // not exact: skip the prefix passes (straight to nearest)
-    KX_FIND_LONGEST_PREFIX = 0x10,   // the fallback pass takes the row sharing the longest prefix
+    KX_FIND_TEXT = 0x01,              // search `text`; without it the decimal form of `number`
+    KX_FIND_AT_OR_BELOW = 0x02,       // a number not found: the nearest value at or below it
+    KX_FIND_AT_OR_ABOVE = 0x04,       // a number not found: the nearest value at or above it
+    KX_FIND_NO_PREFIX_PASSES = 0x08,  // not exact: skip passes 1 and 2 (straight to the nearest)
+    KX_FIND_LONGEST_PREFIX = 0x10,    // pass 2 takes the row sharing the longest prefix
 };
 
 // The full row search over `column`, see the flags above:

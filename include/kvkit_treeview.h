@@ -177,9 +177,12 @@ KVKIT_API HTREEITEM KVKIT_CALL Kx1TreeView_RButton(HWND owner, NMHDR* notify, in
                                                    int searchEntries, int entry911, int reserved);
 
 // Opens the modal search dialog (template 2071 of the language module, in `language` when the
-// module has it so) over the tree. Its Find button searches forward from the selected item and
-// selects the item found; the text stays the tree's search text (its GWLP_USERDATA points to
-// it) for F3 and the menu's repeat commands. Returns 1 (no dialog opens without a tree).
+// module has it so) over the tree. Its Find button looks for the next item after the selection
+// whose text contains the search text, without regard to case unless "match case" is ticked,
+// and equal to it as a whole when "whole text" is ticked; a found item is selected and ends the
+// dialog, otherwise it stays open. The text stays the tree's search text (its GWLP_USERDATA points
+// to it), with the options, for F3 and the menu's repeat commands. Returns 1 (no dialog opens
+// without a tree).
 KVKIT_API int KVKIT_CALL KxTreeView_DlgSuche(HWND tree, unsigned short language);
 // Subclasses the tree (through Kx1SetSubProc) so that Ctrl+F opens the search dialog, which the
 // tree never sees, and F3 (Shift+F3 backward) selects the next item holding the tree's search
