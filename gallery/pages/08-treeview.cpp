@@ -145,14 +145,14 @@ INT_PTR CALLBACK containerProc(HWND dialog, UINT message, WPARAM, LPARAM lParam)
         auto* notify = reinterpret_cast<NMHDR*>(lParam);
         if (notify->hwndFrom == g_page.list && notify->code == LVN_KEYDOWN) {
             KxListView_SetCharSel(g_page.list, reinterpret_cast<NMLVKEYDOWN*>(lParam), nullptr);
-            return TRUE;
+            return FALSE;
         }
         if (notify->hwndFrom != g_page.tree) return FALSE;
         if (notify->code == NM_CLICK) {
             HTREEITEM item = nullptr;
             KxTreeView_HandleCheckChangeEx(g_page.tree, 0, 1, 1, &item);
             PostMessageW(dialog, kUpdateTriState, 0, 0);  // after the tree's own toggle
-            return TRUE;
+            return FALSE;  // answered 0: the tree goes on to toggle the box
         }
         if (notify->code == NM_CUSTOMDRAW) {
             LRESULT result = KxTreeView_SetItemColorFont(
