@@ -10,7 +10,6 @@ argument. The build runs it, so the pictures are made the same way on every mach
   truncated.gif  frames.gif cut off in the middle of its first frame's picture data
   corrupt.gif    a valid header and colour table followed by a record type that does not exist
 """
-import math
 import os
 import struct
 import sys
@@ -134,16 +133,15 @@ def four_frames():
 def busy():
     """Eight dots on a ring; the dark head moves clockwise one dot per frame, trailed by greys."""
     shades = [(40, 40, 40), (110, 110, 110), (170, 170, 170)]
+    # Top left corners of the 2 x 2 dots, clockwise from the top.
+    dots = [(7, 1), (11, 3), (13, 7), (11, 11), (7, 13), (3, 11), (1, 7), (3, 3)]
     frames = []
     for k in range(8):
         pixels = canvas(16, 16, WHITE)
-        for dot in range(8):
+        for dot, (x, y) in enumerate(dots):
             age = (k - dot) % 8
             colour = shades[age] if age < len(shades) else (220, 220, 220)
-            angle = dot * math.pi / 4
-            cx = round(7.5 + 5 * math.sin(angle) - 0.5)
-            cy = round(7.5 - 5 * math.cos(angle) - 0.5)
-            fill(pixels, cx, cy, cx + 2, cy + 2, colour)
+            fill(pixels, x, y, x + 2, y + 2, colour)
         frames.append(pixels)
     return frames
 
