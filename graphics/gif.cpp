@@ -7,6 +7,7 @@
 #include <process.h>
 #include <stddef.h>
 #include <stdlib.h>
+#include <algorithm>
 #include <new>
 
 namespace KVGdiPlus {
@@ -17,7 +18,7 @@ namespace KVGdiPlus {
 // things the animation thread shares with the window's thread besides the events.
 class ImageEx : public Gdiplus::Image {
 public:
-    ImageEx(ULONG_PTR startupToken, IStream* stream, HINSTANCE module);
+    ImageEx(ULONG_PTR token, IStream* stream, HINSTANCE module);
     ~ImageEx() override;
 
     ULONG_PTR startupToken;   // from this picture's own GdiplusStartup
@@ -58,9 +59,9 @@ static_assert(sizeof(ImageEx) == 92, "picture size");
 #pragma GCC diagnostic pop
 
 // The base loads the image from the stream (a null stream fails and leaves its status).
-ImageEx::ImageEx(ULONG_PTR startupToken, IStream* stream, HINSTANCE module)
+ImageEx::ImageEx(ULONG_PTR token, IStream* stream, HINSTANCE module)
     : Gdiplus::Image(stream, TRUE),
-      startupToken(startupToken),
+      startupToken(token),
       thread(nullptr),
       resumeEvent(CreateEventW(nullptr, TRUE, TRUE, nullptr)),
       frameDrawnEvent(CreateEventW(nullptr, TRUE, TRUE, nullptr)),
@@ -132,10 +133,11 @@ IStream* resourceStream(HINSTANCE module, const wchar_t* name) {
 // GDI+ shut down again and the stream released) when either fails.
 ImageEx* createImage(IStream* stream, HINSTANCE module) {
     ULONG_PTR token = 0;
-    void* memory = startGdiplus(&token) ? Gdiplus::DllExports::GdipAlloc(sizeof(ImageEx)) : nullptr;
+    bool started = startGdiplus(&token);
+    void* memory = started ? Gdiplus::DllExports::GdipAlloc(sizeof(ImageEx)) : nullptr;
     if (!memory) {
         if (stream) stream->Release();
-        if (token) Gdiplus::GdiplusShutdown(token);
+        if (started) Gdiplus::GdiplusShutdown(token);
         return nullptr;
     }
     return ::new (memory) ImageEx(token, stream, module);
@@ -151,10 +153,8 @@ void destroyImage(ImageEx* gif) {
 // status in the image and the rest undone.
 void readFrameData(ImageEx* gif) {
     GUID dimensions[kMaxFrameDimensions];
-    UINT count = gif->GetFrameDimensionsCount();
-    if (gif->GetFrameDimensionsList(dimensions, count < kMaxFrameDimensions ? count : kMaxFrameDimensions) !=
-        Gdiplus::Ok)
-        return;
+    UINT count = std::min(gif->GetFrameDimensionsCount(), kMaxFrameDimensions);
+    if (gif->GetFrameDimensionsList(dimensions, count) != Gdiplus::Ok) return;
     gif->frameCount = gif->GetFrameCount(&dimensions[0]);
     // A still picture needs no delays, and GDI+ may give it no delay property at all.
     if (gif->frameCount > 1) {

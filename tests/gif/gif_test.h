@@ -24,13 +24,31 @@ const wchar_t kTruncated[] = L"GIF_TRUNCATED";
 const wchar_t kCorrupt[] = L"GIF_CORRUPT";
 
 // The still picture: yellow, a blue square at (4, 4)-(12, 12), a red band from row 13 down.
-const COLORREF kStillYellow = RGB(255, 220, 0), kStillBlue = RGB(30, 60, 170),
-               kStillRed = RGB(200, 30, 30);
-// Each frame of GIF_FRAMES is filled with its own colour, and so is each frame of GIF_SLOW.
+const COLORREF kStillYellow = RGB(255, 220, 0);
+inline COLORREF StillPixel(int x, int y) {
+    if (y >= 13) return RGB(200, 30, 30);
+    return x >= 4 && x < 12 && y >= 4 && y < 12 ? RGB(30, 60, 170) : kStillYellow;
+}
+// Each frame of GIF_FRAMES is filled with its own colour and has a white 6 x 6 square at
+// (2 + 7 * frame, 9); each frame of GIF_SLOW is filled with its own colour.
 const COLORREF kFrameColours[] = {RGB(220, 40, 40), RGB(40, 170, 60), RGB(40, 80, 220),
                                   RGB(240, 150, 20)};
 const int kFrameCount = 4;
+inline COLORREF FramePixel(int frame, int x, int y) {
+    int left = 2 + 7 * frame;
+    return x >= left && x < left + 6 && y >= 9 && y < 15 ? RGB(255, 255, 255) : kFrameColours[frame];
+}
 const COLORREF kSlowColours[] = {RGB(120, 40, 160), RGB(20, 150, 150)};
+
+// Pixels of the canvas area at (left, top) that differ from colourAt(x, y), x and y relative to
+// the area.
+inline int Mismatches(const kvtest::Canvas& canvas, int left, int top, SIZE size,
+                      const std::function<COLORREF(int, int)>& colourAt) {
+    int count = 0;
+    for (int y = 0; y < size.cy; ++y)
+        for (int x = 0; x < size.cx; ++x) count += canvas.pixel(left + x, top + y) != colourAt(x, y);
+    return count;
+}
 
 // Generous bound for anything that waits on the animation thread.
 const DWORD kPatience = 10000;
