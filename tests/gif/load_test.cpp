@@ -143,3 +143,10 @@ TEST_F(GifLoadTest, NullAndDeadArgumentsGiveTheFailureResults) {
     kvtest::PumpFor(50);
     GIFDestroy(gif);
 }
+
+TEST_F(GifLoadTest, ExportsResolveByTheirPlainNames) {
+    HMODULE kvkit = GetModuleHandleW(L"kvkit.dll");
+    for (const char* name : {"GIFLoad", "GIFLoadFromFile", "GIFDraw", "GIFGetSize",
+                             "GIFStartAnimation", "GIFPauseAnimation", "GIFNextFrame", "GIFDestroy"})
+        EXPECT_NE(nullptr, reinterpret_cast<void*>(GetProcAddress(kvkit, name))) << name;
+}
