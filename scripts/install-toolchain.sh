@@ -3,7 +3,7 @@
 # Safe to run repeatedly: it does nothing when everything is present.
 set -euo pipefail
 
-PACKAGES=(g++-mingw-w64-i686-posix wine wine32:i386 wine64 xvfb xauth cmake ninja-build googletest)
+PACKAGES=(g++-mingw-w64-i686-posix wine wine32:i386 wine64 xvfb xauth cmake ninja-build googletest python3)
 
 have_all() {
     command -v i686-w64-mingw32-g++-posix >/dev/null &&
@@ -11,6 +11,7 @@ have_all() {
     command -v xvfb-run >/dev/null &&
     command -v cmake >/dev/null &&
     command -v ninja >/dev/null &&
+    command -v python3 >/dev/null &&
     [ -d /usr/src/googletest ] &&
     dpkg -s wine32:i386 >/dev/null 2>&1
 }
