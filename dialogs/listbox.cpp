@@ -44,16 +44,16 @@ const UINT kTitleFallback = 853;
 // shown) and the language string of its caption (0: the title; none for the check column).
 struct HeaderButton {
     int id;
-    ListColumn column;
+    int column;
     unsigned long shownBy;
     UINT caption;
 };
 const HeaderButton kHeaders[] = {
-    {KVLB_HEADER_CHECK, kCheckColumn, KVLB_CHECKCOLUMN, 0},
-    {KVLB_HEADER_TEXT, kTextColumn, 0, 852},
-    {KVLB_HEADER_SECONDTEXT, kSecondTextColumn, KVLB_SECONDTEXT, 0},
-    {KVLB_HEADER_PICTURE, kPictureColumn, KVLB_PICTURES, 854},
-    {KVLB_HEADER_VALUE, kValueColumn, KVLB_VALUES, 855},
+    {KVLB_HEADER_CHECK, KVLB_COLUMN_CHECK, KVLB_CHECKCOLUMN, 0},
+    {KVLB_HEADER_TEXT, KVLB_COLUMN_TEXT, 0, 852},
+    {KVLB_HEADER_SECONDTEXT, KVLB_COLUMN_SECONDTEXT, KVLB_SECONDTEXT, 0},
+    {KVLB_HEADER_PICTURE, KVLB_COLUMN_PICTURE, KVLB_PICTURES, 854},
+    {KVLB_HEADER_VALUE, KVLB_COLUMN_VALUE, KVLB_VALUES, 855},
 };
 
 const ToggleButton* findToggle(int id) {
@@ -145,30 +145,30 @@ void layoutColumns(HWND container, KVLB_LIST* list) {
 
     if (style & KVLB_CHECKCOLUMN) {
         int least = (style & KVLB_MULTIPLESEL) && (style & KVLB_ANCHORMARK) ? kCheckWidthWithAnchor : kCheckWidth;
-        if (columns[kCheckColumn] < least) columns[kCheckColumn] = static_cast<short>(least);
-        width -= columns[kCheckColumn];
+        if (columns[KVLB_COLUMN_CHECK] < least) columns[KVLB_COLUMN_CHECK] = static_cast<short>(least);
+        width -= columns[KVLB_COLUMN_CHECK];
     }
     if (style & KVLB_PICTURES) {
         int widest, tallest;
         BitmapArrayExtent(list, &widest, &tallest);
         if ((style & KVLB_BITMAPARRAY) && widest > 0) {
             int fitting = (widest < client.right / 4 ? widest : client.right / 4) + 2;
-            if (columns[kPictureColumn] < fitting) columns[kPictureColumn] = static_cast<short>(fitting);
-        } else if (columns[kPictureColumn] == 0) {
-            columns[kPictureColumn] = kCheckWidth;
+            if (columns[KVLB_COLUMN_PICTURE] < fitting) columns[KVLB_COLUMN_PICTURE] = static_cast<short>(fitting);
+        } else if (columns[KVLB_COLUMN_PICTURE] == 0) {
+            columns[KVLB_COLUMN_PICTURE] = kCheckWidth;
         }
-        width -= columns[kPictureColumn];
+        width -= columns[KVLB_COLUMN_PICTURE];
     }
     if (style & KVLB_VALUES) {
-        if (columns[kValueColumn] == 0) columns[kValueColumn] = kDefaultValueWidth;
-        width -= columns[kValueColumn];
+        if (columns[KVLB_COLUMN_VALUE] == 0) columns[KVLB_COLUMN_VALUE] = kDefaultValueWidth;
+        width -= columns[KVLB_COLUMN_VALUE];
     }
     if (style & KVLB_SECONDTEXT) {
-        columns[kSecondTextColumn] = static_cast<short>(
-            list->secondTextChars >= 1 ? charWidth * list->secondTextChars : columns[kTextColumn] / 2);
-        width -= columns[kSecondTextColumn];
+        columns[KVLB_COLUMN_SECONDTEXT] = static_cast<short>(
+            list->secondTextChars >= 1 ? charWidth * list->secondTextChars : columns[KVLB_COLUMN_TEXT] / 2);
+        width -= columns[KVLB_COLUMN_SECONDTEXT];
     }
-    columns[kTextColumn] = static_cast<short>(width);
+    columns[KVLB_COLUMN_TEXT] = static_cast<short>(width);
 
     RECT placed;
     GetWindowRect(box, &placed);
@@ -271,8 +271,8 @@ LRESULT build(HWND container, KVLB_LIST* list) {
         createHeaders(container, list, area);
         area.top += kHeaderHeight;
     } else {
-        list->columnWidths[kCheckColumn] = kCheckWidth;
-        list->columnWidths[kTextColumn] = static_cast<short>(area.right - area.left - kCheckWidth);
+        list->columnWidths[KVLB_COLUMN_CHECK] = kCheckWidth;
+        list->columnWidths[KVLB_COLUMN_TEXT] = static_cast<short>(area.right - area.left - kCheckWidth);
     }
 
     DWORD style = kListStyle;

@@ -6,9 +6,6 @@
 #pragma once
 #include "include/kvkit_listbox.h"
 
-// Column indices of KVLB_LIST::columnWidths, left to right.
-enum ListColumn { kCheckColumn, kTextColumn, kSecondTextColumn, kPictureColumn, kValueColumn };
-
 // Background of the pictures, drawn transparent.
 const COLORREF kPictureKey = RGB(192, 192, 192);
 

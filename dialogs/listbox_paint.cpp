@@ -112,14 +112,14 @@ void drawRowCells(HWND container, const KVLB_LIST* list, const KVLB_ITEM* item, 
         x += width;
         return cell;
     };
-    if (style & KVLB_CHECKCOLUMN) drawCheckCell(dc, list, item, nextCell(widths[kCheckColumn]), selected, colour);
-    drawCellText(dc, item->text, nextCell(widths[kTextColumn]), DT_LEFT);
-    if (style & KVLB_SECONDTEXT) drawCellText(dc, item->secondText, nextCell(widths[kSecondTextColumn]), DT_RIGHT);
-    if (style & KVLB_PICTURES) drawPicture(dc, list, item, nextCell(widths[kPictureColumn]), disabled);
+    if (style & KVLB_CHECKCOLUMN) drawCheckCell(dc, list, item, nextCell(widths[KVLB_COLUMN_CHECK]), selected, colour);
+    drawCellText(dc, item->text, nextCell(widths[KVLB_COLUMN_TEXT]), DT_LEFT);
+    if (style & KVLB_SECONDTEXT) drawCellText(dc, item->secondText, nextCell(widths[KVLB_COLUMN_SECONDTEXT]), DT_RIGHT);
+    if (style & KVLB_PICTURES) drawPicture(dc, list, item, nextCell(widths[KVLB_COLUMN_PICTURE]), disabled);
     if (style & KVLB_VALUES) {
         wchar_t value[16];
         wsprintfW(value, L"%d", item->value);
-        drawCellText(dc, value, nextCell(widths[kValueColumn]), DT_RIGHT);
+        drawCellText(dc, value, nextCell(widths[KVLB_COLUMN_VALUE]), DT_RIGHT);
     }
     SetTextColor(dc, previousColour);
     SetBkMode(dc, previousMode);

@@ -59,6 +59,13 @@ const unsigned long KVLB_DBLCLKTOGGLES = 0x0800;    // with multiple selection: 
 const unsigned long KVLB_ANCHORMARK = 0x1000;       // with multiple selection: marker at the caret
 const unsigned long KVLB_SECONDTEXT = 0x2000;       // second-text column
 
+// Indices of KVLB_LIST::columnWidths, the columns from left to right.
+const int KVLB_COLUMN_CHECK = 0;
+const int KVLB_COLUMN_TEXT = 1;
+const int KVLB_COLUMN_SECONDTEXT = 2;
+const int KVLB_COLUMN_PICTURE = 3;
+const int KVLB_COLUMN_VALUE = 4;
+
 // Toggle-button flags of the list record: which toggle buttons are made.
 const unsigned short KVLB_HAS_TOGGLE_PICTURES = 0x1;
 const unsigned short KVLB_HAS_TOGGLE_VALUES = 0x2;
@@ -105,7 +112,7 @@ struct KVLB_LIST {
     unsigned char columns;         // multi-column: 1-6 columns, above 6 a column width in characters
     unsigned char sortMode;        // KVLB_SORT_*
     unsigned short hintBase;       // non-zero: toggle hints are language strings hintBase + 0..3
-    short columnWidths[5];         // check, text, second text, picture, value
+    short columnWidths[5];         // by KVLB_COLUMN_*
     short maxSelected;             // below 1: no limit
     long itemCount;
     KVLB_ITEM* items;
