@@ -252,9 +252,14 @@ void destroyChildren(HWND container) {
     }
 }
 
+bool isContainer(HWND window) {
+    wchar_t name[16];
+    return window && GetClassNameW(window, name, 16) && lstrcmpiW(name, kClassName) == 0;
+}
+
 // Message 1124. A container that cannot be built destroys itself.
 LRESULT build(HWND container, KVLB_LIST* list) {
-    if (!IsWindow(container)) return 0;
+    if (!isContainer(container)) return 0;
     bool attachedBefore = ListRecord(container) != nullptr;
     destroyChildren(container);
     if (!list) {
@@ -368,8 +373,7 @@ unsigned long ToggleFeature(int id) {
 }
 
 KVLB_LIST* ListRecord(HWND container) {
-    wchar_t name[16];
-    if (!container || !GetClassNameW(container, name, 16) || lstrcmpiW(name, kClassName) != 0) return nullptr;
+    if (!isContainer(container)) return nullptr;
     return reinterpret_cast<KVLB_LIST*>(GetWindowLongW(container, 0));
 }
 
