@@ -251,14 +251,21 @@ void FillList(HWND container) {
         int count = ShownCount(list);
         SendMessageW(box, LB_INITSTORAGE, count, 0);
         bool multiple = IsMultiple(list);
+        // The rows go straight to the list's own procedure: the subclass passes these messages
+        // unchanged, and finding it through the window property for every row costs far more
+        // than adding the row.
+        WNDPROC own = Kx1GetSubProc(0, box);
+        auto toList = [box, own](UINT message, WPARAM wParam, LPARAM lParam) {
+            return own ? CallWindowProcW(own, box, message, wParam, lParam) : SendMessageW(box, message, wParam, lParam);
+        };
         int lastSelected = -1, caretRow = -1;
         for (int row = 0; row < count; ++row) {
             KVLB_ITEM* item = FindItem(list, list->order[row]);
-            SendMessageW(box, LB_ADDSTRING, 0, RowData(item, list->order[row]));
+            toList(LB_ADDSTRING, 0, RowData(item, list->order[row]));
             if (list->order[row] == caretId) caretRow = row;
             if (!item || !item->selection) continue;
-            if (multiple) SendMessageW(box, LB_SETSEL, TRUE, row);
-            else SendMessageW(box, LB_SETCURSEL, row, 0);
+            if (multiple) toList(LB_SETSEL, TRUE, row);
+            else toList(LB_SETCURSEL, row, 0);
             lastSelected = row;
         }
         if (multiple) {
