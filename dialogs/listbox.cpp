@@ -71,7 +71,7 @@ HMENU childId(int id) { return reinterpret_cast<HMENU>(static_cast<INT_PTR>(id))
 void readCaption(const KVLB_LIST* list, UINT stringId, wchar_t* caption) {
     caption[0] = 0;
     if (!stringId && list->title[0]) {
-        lstrcpynW(caption, list->title, kCaptionCapacity);
+        lstrcpynW(caption, list->title, sizeof(list->title) / sizeof(list->title[0]));
         return;
     }
     wchar_t* text = LoadLanguageString(stringId ? stringId : kTitleFallback);

@@ -320,6 +320,8 @@ LRESULT KVKIT_CALL Kx1LbListSubProc(HWND box, UINT message, WPARAM wParam, LPARA
 
 LRESULT KVKIT_CALL Kx1LbBtnSubProc(HWND button, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_MOUSEMOVE) showToggleHint(button);
+    // The tooltip hooks the button too: it lets go before the button's procedure is put back.
+    if (message == WM_DESTROY) Kx2_SetToolTip(button, nullptr);
     WNDPROC previous = Kx1GetSubProc(message == WM_DESTROY, button);
     if (!previous) return 0;
     return CallWindowProcW(previous, button, message, wParam, lParam);

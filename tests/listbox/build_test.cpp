@@ -142,6 +142,17 @@ TEST_F(ListBoxBuild, ColumnsWithoutTitlesAndSideBySide) {
     EXPECT_EQ(4 * metrics.tmAveCharWidth, record.columnWidths[KVLB_COLUMN_SECONDTEXT]);
 }
 
+TEST_F(ListBoxBuild, ResizingLaysTheColumnsOutAgain) {
+    build(KVLB_HEADERS | KVLB_VALUES);
+    int text = record.columnWidths[KVLB_COLUMN_TEXT];
+    RECT before = rectOf(box());
+    SetWindowPos(container, nullptr, 0, 0, 400, 260, SWP_NOMOVE | SWP_NOZORDER);
+    RECT after = rectOf(box());
+    EXPECT_EQ(before.right + 100, after.right);
+    EXPECT_EQ(text + 100, record.columnWidths[KVLB_COLUMN_TEXT]);
+    EXPECT_EQ(after.left + text + 100, rectOf(GetDlgItem(container, KVLB_HEADER_VALUE)).left);
+}
+
 TEST_F(ListBoxBuild, TogglesSwitchTheirColumnsAndHint) {
     record.hintBase = 852;
     build(KVLB_HEADERS | KVLB_PICTURES | KVLB_VALUES, KVLB_HAS_TOGGLE_PICTURES | KVLB_HAS_TOGGLE_VALUES);
