@@ -18,72 +18,63 @@ protected:
         host.reset();
         KvTest::TearDown();
     }
-    HWND create(DWORD style) {
-        list = host->createChild(L"listbox", L"", WS_VISIBLE | WS_VSCROLL | LBS_NOTIFY | style, 0, 0, 200, 150, 5);
-        return list;
-    }
-    // Rows of text with data = (first letter << 16) | value.
-    void add(std::initializer_list<const wchar_t*> texts) {
-        int value = 10;
-        for (const wchar_t* text : texts) {
-            int row = static_cast<int>(SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text)));
-            SendMessageW(list, LB_SETITEMDATA, row, (static_cast<LPARAM>(text[0]) << 16) | value++);
+    // Rows of one-letter texts with data = (letter << 16) | 10 + row.
+    void create(DWORD style, const wchar_t* letters) {
+        if (list) DestroyWindow(list);
+        list = host->createChild(L"listbox", L"", WS_VISIBLE | WS_VSCROLL | style, 0, 0, 200, 150, 5);
+        for (int row = 0; letters[row]; ++row) {
+            wchar_t text[2] = {letters[row], 0};
+            SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+            SendMessageW(list, LB_SETITEMDATA, row, (static_cast<LPARAM>(letters[row]) << 16) | (10 + row));
         }
     }
     std::wstring rows() const {
         std::wstring all;
-        int count = static_cast<int>(SendMessageW(list, LB_GETCOUNT, 0, 0));
-        for (int row = 0; row < count; ++row) {
-            wchar_t text[32] = L"";
+        for (int row = 0; row < SendMessageW(list, LB_GETCOUNT, 0, 0); ++row) {
+            wchar_t text[4] = L"";
             SendMessageW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(text));
             all += text;
         }
         return all;
     }
     int rowHeight() const { return static_cast<int>(SendMessageW(list, LB_GETITEMHEIGHT, 0, 0)); }
-    void mouse(UINT message, int y) { SendMessageW(list, message, message == WM_MOUSEMOVE ? 0 : MK_LBUTTON, MAKELPARAM(20, y)); }
+    void mouse(UINT message, int y) const { SendMessageW(list, message, 0, MAKELPARAM(20, y)); }
 
     std::unique_ptr<kvtest::HostWindow> host;
     HWND list = nullptr;
 };
 
 TEST_F(PlainListBox, SelectCharSearchesTheRowDataAfterTheCaret) {
-    create(0);
+    create(0, L"");
     EXPECT_EQ(-2, Kx1LbSelectChar(list, 'a', 1, 0, 0, 0));  // empty
-    add({L"b", L"a", L"b", L"c"});
+    create(0, L"babc");
     SendMessageW(list, LB_SETCURSEL, 1, 0);
     EXPECT_EQ(2, Kx1LbSelectChar(list, 'B', 1, 0, 0, 0));
     EXPECT_EQ(0, Kx1LbSelectChar(list, 'b', 1, 0, 0, 0));  // wraps round
-    EXPECT_EQ(0, SendMessageW(list, LB_GETCURSEL, 0, 0));
     EXPECT_EQ(-1, Kx1LbSelectChar(list, 'x', 1, 0, 0, 0));
-    EXPECT_EQ(-1, Kx1LbSelectChar(list, 'b', 1, 0, 1, 0));  // upper-cased: 'B' is in no row
+    EXPECT_EQ(-1, Kx1LbSelectChar(list, 'b', 1, 0, 1, 0));  // upper-cased: no row holds 'B'
     EXPECT_EQ(-2, Kx1LbSelectChar(list, ' ', 1, 0, 0, 0));
     EXPECT_EQ(0, SendMessageW(list, LB_GETCURSEL, 0, 0));
     EXPECT_EQ(3, Kx1LbSelectChar(list, 13, 0, 0, 0, 0));  // the data's low word
-    DestroyWindow(list);
 
-    create(LBS_MULTIPLESEL);
-    add({L"b", L"a", L"b"});
+    create(LBS_MULTIPLESEL, L"bab");
     SendMessageW(list, LB_SETCARETINDEX, 0, 0);
     EXPECT_EQ(2, Kx1LbSelectChar(list, 'b', 1, 0, 0, 0));
-    EXPECT_EQ(2, SendMessageW(list, LB_GETCARETINDEX, 0, 0));
+    EXPECT_EQ(2, SendMessageW(list, LB_GETCARETINDEX, 0, 0));  // the caret moves, nothing is selected
     EXPECT_EQ(0, SendMessageW(list, LB_GETSELCOUNT, 0, 0));
 }
 
 TEST_F(PlainListBox, MousePositionWalksFromTheTopRow) {
-    create(0);
-    for (int row = 0; row < 30; ++row) SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(L"row"));
+    create(0, L"abcdefghijklmnopqrstuvwxyz");
     SendMessageW(list, LB_SETTOPINDEX, 5, 0);
-    ASSERT_EQ(5, SendMessageW(list, LB_GETTOPINDEX, 0, 0));
     EXPECT_EQ(5, Kx1GetLbMousePos(list, 5, 1));
     EXPECT_EQ(7, Kx1GetLbMousePos(list, 5, 2 * rowHeight() + 1));
     EXPECT_EQ(-1, Kx1GetLbMousePos(list, 500, 1));
     EXPECT_EQ(-1, Kx1GetLbMousePos(list, 5, -3));  // rows above the top are not looked at
 }
 
-TEST_F(PlainListBox, BordersNearTheSelectedRowMoveIt) {
-    create(0);
-    add({L"a", L"b", L"c", L"d", L"e", L"f"});
+TEST_F(PlainListBox, BordersAroundOtherRowsMoveTheSelectedRow) {
+    create(0, L"abcdef");
     EXPECT_EQ(1, KlSetListProc(list, nullptr));
     EXPECT_EQ(1, KlSetListProc(list, nullptr));  // once is enough
     HCURSOR moveCursor = LoadCursorW(GetModuleHandleW(L"kvkit.dll"), L"movecur");
@@ -93,11 +84,11 @@ TEST_F(PlainListBox, BordersNearTheSelectedRowMoveIt) {
     SetCursor(ibeam);
     mouse(WM_MOUSEMOVE, 3 * h + 1);  // top border of row 3
     EXPECT_EQ(moveCursor, GetCursor());
-    SetCursor(ibeam);
-    mouse(WM_MOUSEMOVE, 3 * h + h / 2);  // the middle of a row
-    EXPECT_EQ(ibeam, GetCursor());
-    mouse(WM_MOUSEMOVE, 2 * h + 1);  // just below the selected row: it would stay where it is
-    EXPECT_EQ(ibeam, GetCursor());
+    for (int y : {3 * h + h / 2, 2 * h + 1}) {  // the middle of a row; a border of the selected row
+        SetCursor(ibeam);
+        mouse(WM_MOUSEMOVE, y);
+        EXPECT_EQ(ibeam, GetCursor()) << y;
+    }
     mouse(WM_LBUTTONDOWN, 4 * h - 1);  // bottom border of row 3: in front of row 4
     mouse(WM_LBUTTONUP, 4 * h - 1);
     kvtest::PumpMessages();
@@ -105,7 +96,7 @@ TEST_F(PlainListBox, BordersNearTheSelectedRowMoveIt) {
     ASSERT_EQ(1u, posted.size());
     EXPECT_EQ(4u, posted[0].wParam);
     EXPECT_EQ(reinterpret_cast<LPARAM>(list), posted[0].lParam);
-    EXPECT_EQ(1, SendMessageW(list, LB_GETCURSEL, 0, 0));  // the click itself selected nothing
+    EXPECT_EQ(1, SendMessageW(list, LB_GETCURSEL, 0, 0));  // the click selected nothing
 
     EXPECT_EQ(1, KlMoveItem(list, 4));  // from above: lands in front of what was row 4
     EXPECT_EQ(L"acdbef", rows());
@@ -119,10 +110,8 @@ TEST_F(PlainListBox, BordersNearTheSelectedRowMoveIt) {
     EXPECT_EQ(L"bacdef", rows());
     SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
     EXPECT_EQ(0, KlMoveItem(list, 2));
-}
 
-TEST_F(PlainListBox, OwnerDrawnRowsMoveWithTheirData) {
-    create(LBS_OWNERDRAWFIXED | LBS_MULTIPLESEL);
+    create(LBS_OWNERDRAWFIXED | LBS_MULTIPLESEL, L"");  // rows of data only
     for (LPARAM data : {1, 2, 3, 4}) SendMessageW(list, LB_ADDSTRING, 0, data);
     SendMessageW(list, LB_SETSEL, TRUE, 0);
     EXPECT_EQ(1, KlMoveItem(list, 3));
