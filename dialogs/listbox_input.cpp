@@ -311,6 +311,14 @@ LRESULT KVKIT_CALL Kx1LbListSubProc(HWND box, UINT message, WPARAM wParam, LPARA
     case WM_CHAR:
         if (onChar(box, wParam)) return 0;
         break;
+    case WM_GETDLGCODE: {
+        // In a dialog, Enter on the list chooses its row instead of pressing the default button.
+        LRESULT code = forward(box, message, wParam, lParam);
+        const MSG* keys = reinterpret_cast<const MSG*>(lParam);
+        if (keys && (keys->message == WM_KEYDOWN || keys->message == WM_KEYUP) && keys->wParam == VK_RETURN)
+            code |= DLGC_WANTMESSAGE;
+        return code;
+    }
     case WM_DESTROY:
         onDestroy(box);
         break;

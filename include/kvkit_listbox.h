@@ -163,7 +163,8 @@ static_assert(sizeof(KVLB_LIST) == 176, "KVLB_LIST size");
 //   LB_SELECTSTRING (wParam non-zero: also in multiple selection; lParam = text) selects the first
 //     row whose text starts with the given text, whatever its case, and returns the row;
 //   LB_FINDSTRING (lParam = text) returns the identifier of that item without selecting it.
-//   Every other message of the range goes to the inner list box unchanged.
+//   Every other message of the range goes to the inner list box unchanged (it holds row data,
+//   no strings: LB_GETTEXTLEN answers for that, not for an item's text).
 KVKIT_API LRESULT KVKIT_CALL Kx1LbProc(HWND container, UINT message, WPARAM wParam, LPARAM lParam);
 // The replacement procedures of the inner list box (mouse, keys, dragging) and of the toggle
 // buttons (hints).

@@ -85,6 +85,8 @@ TEST_F(ListBoxSelection, EnterFiresOnlyAfterItsOwnKeyDown) {
     EXPECT_EQ(0, notifications(LBN_DBLCLK));
     key(VK_RETURN);
     EXPECT_EQ(1, notifications(LBN_DBLCLK));
+    MSG enter = {box(), WM_KEYDOWN, VK_RETURN, 1};  // a dialog lets the list have it
+    EXPECT_TRUE(SendMessageW(box(), WM_GETDLGCODE, VK_RETURN, reinterpret_cast<LPARAM>(&enter)) & DLGC_WANTMESSAGE);
 }
 
 TEST_F(ListBoxSelection, ResetSelSetsClearsAndSelectsAll) {
