@@ -21,3 +21,6 @@ wchar_t* LoadLanguageString(UINT id, int maxLength = kLanguageStringLength);
 
 // Clipboard format "szClipBoard_Color", registered with the colour box classes.
 extern UINT g_colorClipboardFormat;
+
+// Multi-column list box: the procedure of the "KVListbox" class.
+KVKIT_API LRESULT KVKIT_CALL Kx1LbProc(HWND container, UINT message, WPARAM wParam, LPARAM lParam);

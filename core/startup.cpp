@@ -37,7 +37,7 @@ WNDCLASSW libraryClass(const wchar_t* name, WNDPROC procedure, UINT style) {
 
 int registerListboxClass() {
     if (g_listboxClass) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KVListbox", kPlainWindowProc,
+    WNDCLASSW windowClass = libraryClass(L"KVListbox", Kx1LbProc,
                                          CS_GLOBALCLASS | CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW);
     windowClass.cbWndExtra = 4;
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
