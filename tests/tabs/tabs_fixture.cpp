@@ -1,0 +1,186 @@
+#include "tabs_fixture.h"
+
+namespace tabs_test {
+
+namespace {
+
+template <int Slot>
+INT_PTR CALLBACK pageProc(HWND page, UINT message, WPARAM, LPARAM lParam) {
+    if (message != WM_INITDIALOG) return FALSE;
+    Creations().push_back({Slot, page, lParam});
+    return FALSE;  // the focus stays where it is
+}
+
+}  // namespace
+
+std::vector<PageCreation>& Creations() {
+    static std::vector<PageCreation> creations;
+    return creations;
+}
+
+int CreationsOf(int slot) {
+    int count = 0;
+    for (const PageCreation& creation : Creations()) count += creation.slot == slot;
+    return count;
+}
+
+DLGPROC PageProc(int slot) {
+    static const DLGPROC procs[] = {pageProc<0>, pageProc<1>, pageProc<2>,
+                                    pageProc<3>, pageProc<4>, pageProc<5>};
+    return procs[slot];
+}
+
+// ---------------------------------------------------------------------------------------------
+
+TemplateWriter::TemplateWriter(DWORD style, int items, int width, int height, const wchar_t* title) {
+    dword(style | DS_SETFONT);
+    dword(0);
+    words_.push_back(static_cast<WORD>(items));
+    for (int value : {0, 0, width, height}) words_.push_back(static_cast<WORD>(value));
+    words_.push_back(0);  // no menu
+    words_.push_back(0);  // the dialog class
+    text(title);
+    words_.push_back(8);
+    text(L"MS Shell Dlg");
+}
+
+void TemplateWriter::item(const wchar_t* className, const wchar_t* title, DWORD style, int x, int y,
+                          int cx, int cy, int id) {
+    if (words_.size() % 2) words_.push_back(0);
+    dword(style | WS_CHILD | WS_VISIBLE);
+    dword(0);
+    for (int value : {x, y, cx, cy}) words_.push_back(static_cast<WORD>(value));
+    words_.push_back(static_cast<WORD>(id));
+    text(className);
+    text(title);
+    words_.push_back(0);
+}
+
+void TemplateWriter::dword(DWORD value) {
+    words_.push_back(LOWORD(value));
+    words_.push_back(HIWORD(value));
+}
+
+void TemplateWriter::text(const wchar_t* value) {
+    for (; *value; ++value) words_.push_back(*value);
+    words_.push_back(0);
+}
+
+// ---------------------------------------------------------------------------------------------
+
+TabbedDialog::TabbedDialog(DWORD style) {
+    TemplateWriter writer(style, 2, 260, 150, L"Customer");
+    writer.item(WC_TABCONTROLW, L"", WS_CLIPSIBLINGS | WS_TABSTOP, 7, 7, 246, 118, kTabId);
+    writer.item(L"Button", L"OK", BS_DEFPUSHBUTTON | WS_TABSTOP, 203, 130, 50, 14, IDOK);
+    window_ = CreateDialogIndirectParamW(GetModuleHandleW(nullptr), writer.data(), nullptr,
+                                         dialogProc, reinterpret_cast<LPARAM>(this));
+    kvtest::PumpMessages();
+}
+
+TabbedDialog::~TabbedDialog() { destroy(); }
+
+void TabbedDialog::destroy() {
+    if (endOnDestroy && record) KxTabEnd(window_, record);
+    record = nullptr;
+    if (IsWindow(window_)) DestroyWindow(window_);
+    kvtest::PumpMessages();
+}
+
+std::wstring TabbedDialog::tabTitle(int index) const {
+    wchar_t text[160] = L"";
+    TCITEMW item = {};
+    item.mask = TCIF_TEXT;
+    item.pszText = text;
+    item.cchTextMax = 160;
+    if (!TabCtrl_GetItem(tabs(), index, &item)) return L"<none>";
+    return item.pszText;
+}
+
+RECT TabbedDialog::pageArea() const {
+    RECT area = RectInParent(tabs());
+    TabCtrl_AdjustRect(tabs(), FALSE, &area);
+    return area;
+}
+
+void TabbedDialog::clickTab(int index) {
+    RECT item;
+    TabCtrl_GetItemRect(tabs(), index, &item);
+    LPARAM centre = MAKELPARAM((item.left + item.right) / 2, (item.top + item.bottom) / 2);
+    PostMessageW(tabs(), WM_LBUTTONDOWN, MK_LBUTTON, centre);
+    PostMessageW(tabs(), WM_LBUTTONUP, 0, centre);
+    RunLoop(window_);
+}
+
+INT_PTR CALLBACK TabbedDialog::dialogProc(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
+        return TRUE;
+    }
+    auto* self = reinterpret_cast<TabbedDialog*>(GetWindowLongPtrW(dialog, DWLP_USER));
+    if (message == WM_SIZE) KxSizeDlg(dialog, 0, 0);  // 0 unless the test started the engine
+    if (message == WM_NOTIFY && self && self->record) {
+        auto* header = reinterpret_cast<NMHDR*>(lParam);
+        if (header->idFrom == kTabId && header->code == TCN_SELCHANGE)
+            KxTabChangeSelection(dialog, kTabId, self->record, TabCtrl_GetCurSel(header->hwndFrom));
+    }
+    return FALSE;
+}
+
+// ---------------------------------------------------------------------------------------------
+
+std::vector<MSG> RunLoop(HWND dialog, DWORD quietMilliseconds) {
+    std::vector<MSG> retrieved;
+    DWORD lastMessage = GetTickCount();
+    while (GetTickCount() - lastMessage < quietMilliseconds) {
+        MSG msg;
+        if (!PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+            continue;
+        }
+        lastMessage = GetTickCount();
+        retrieved.push_back(msg);
+        if (IsWindow(dialog) && IsDialogMessageW(dialog, &msg)) continue;
+        TranslateMessage(&msg);
+        DispatchMessageW(&msg);
+    }
+    return retrieved;
+}
+
+int CountRetrieved(const std::vector<MSG>& messages, UINT message, WPARAM wParam) {
+    int count = 0;
+    for (const MSG& msg : messages) count += msg.message == message && (!wParam || msg.wParam == wParam);
+    return count;
+}
+
+void PressKeys(std::initializer_list<WORD> modifiers, WORD key) {
+    std::vector<INPUT> inputs;
+    auto add = [&inputs](WORD virtualKey, DWORD flags) {
+        INPUT input = {};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = virtualKey;
+        input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(virtualKey, MAPVK_VK_TO_VSC));
+        input.ki.dwFlags = flags;
+        inputs.push_back(input);
+    };
+    for (WORD modifier : modifiers) add(modifier, 0);
+    add(key, 0);
+    add(key, KEYEVENTF_KEYUP);
+    for (auto modifier = std::rbegin(modifiers); modifier != std::rend(modifiers); ++modifier)
+        add(*modifier, KEYEVENTF_KEYUP);
+    SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+}
+
+void Activate(HWND dialog, HWND focus) {
+    SetForegroundWindow(dialog);
+    SetActiveWindow(dialog);
+    SetFocus(focus ? focus : dialog);
+    RunLoop(dialog);
+}
+
+std::wstring WindowText(HWND window) {
+    wchar_t text[256] = L"";
+    GetWindowTextW(window, text, 256);
+    return text;
+}
+
+}  // namespace tabs_test
