@@ -1,8 +1,21 @@
 #include "tabs_fixture.h"
+#include <prsht.h>
 
 namespace tabs_test {
 
 namespace {
+
+std::function<void(HWND)> g_inside;
+bool g_sheetDriven;
+
+void CALLBACK driveSheet(HWND, UINT, UINT_PTR, DWORD) {
+    if (g_sheetDriven || Creations().empty()) return;
+    HWND sheet = GetParent(Creations().front().window);
+    if (!IsWindow(sheet)) return;
+    g_sheetDriven = true;
+    if (g_inside) g_inside(sheet);
+    PostMessageW(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
+}
 
 template <int Slot>
 INT_PTR CALLBACK pageProc(HWND page, UINT message, WPARAM, LPARAM lParam) {
@@ -129,15 +142,16 @@ INT_PTR CALLBACK TabbedDialog::dialogProc(HWND dialog, UINT message, WPARAM, LPA
 // ---------------------------------------------------------------------------------------------
 
 std::vector<MSG> RunLoop(HWND dialog, DWORD quietMilliseconds) {
+    const DWORD kLongest = 3000;
     std::vector<MSG> retrieved;
-    DWORD lastMessage = GetTickCount();
-    while (GetTickCount() - lastMessage < quietMilliseconds) {
+    DWORD start = GetTickCount(), lastMessage = start;
+    while (GetTickCount() - lastMessage < quietMilliseconds && GetTickCount() - start < kLongest) {
         MSG msg;
         if (!PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
             MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
             continue;
         }
-        lastMessage = GetTickCount();
+        if (msg.message != WM_TIMER) lastMessage = GetTickCount();
         retrieved.push_back(msg);
         if (IsWindow(dialog) && IsDialogMessageW(dialog, &msg)) continue;
         TranslateMessage(&msg);
@@ -175,6 +189,18 @@ void Activate(HWND dialog, HWND focus) {
     SetActiveWindow(dialog);
     SetFocus(focus ? focus : dialog);
     RunLoop(dialog);
+}
+
+INT_PTR RunSheet(std::function<void(HWND)> inside, std::function<INT_PTR()> create) {
+    Creations().clear();
+    g_inside = std::move(inside);
+    g_sheetDriven = false;
+    UINT_PTR timer = SetTimer(nullptr, 0, 30, driveSheet);
+    INT_PTR result = create();
+    KillTimer(nullptr, timer);
+    kvtest::PumpMessages();
+    g_inside = nullptr;
+    return result;
 }
 
 std::wstring WindowText(HWND window) {

@@ -4,6 +4,7 @@
 #pragma once
 #include "kvtest.h"
 #include <commctrl.h>
+#include <functional>
 #include <string>
 #include <vector>
 #include "hook_spy.h"
@@ -90,8 +91,8 @@ private:
 };
 
 // The host's loop for a modeless dialog: every retrieved message (as the thread's hooks left it)
-// is remembered, then handed to IsDialogMessage or dispatched. Runs until the queue has been
-// empty for a while.
+// is remembered, then handed to IsDialogMessage or dispatched. Runs until nothing but timer
+// messages has come for a while (three seconds at most).
 std::vector<MSG> RunLoop(HWND dialog, DWORD quietMilliseconds = 60);
 int CountRetrieved(const std::vector<MSG>& messages, UINT message, WPARAM wParam = 0);
 
@@ -109,6 +110,10 @@ inline RECT RectInParent(HWND window) {
 }
 
 std::wstring WindowText(HWND window);
+
+// Calls `create`, which may run a modal property sheet, with a timer going that calls `inside`
+// once while the sheet is up (found as the parent of the first page logged) and then cancels it.
+INT_PTR RunSheet(std::function<void(HWND)> inside, std::function<INT_PTR()> create);
 
 }  // namespace tabs_test
 
