@@ -193,4 +193,10 @@ TEST_F(PropSheet, StartPageCountsVisiblePagesAndBadArgumentsMakeNoSheet) {
     KvText_FailAllocation(0);
 }
 
+TEST(PropSheetExports, ResolveByTheirPlainNames) {
+    HMODULE kvkit = GetModuleHandleW(L"kvkit.dll");
+    for (const char* name : {"KxCreatePropertySheet", "KxEndPropertySheet", "KxPropSheetProc", "KxPropSheetHook"})
+        EXPECT_NE(nullptr, GetProcAddress(kvkit, name)) << name;
+}
+
 }  // namespace

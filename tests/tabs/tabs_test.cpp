@@ -456,4 +456,11 @@ TEST_F(TabManager, ARefusedTabUndoesTheSetUp) {
     RemoveWindowSubclass(dialog.tabs(), refuseSecondTab, 1);
 }
 
+TEST(TabExports, ResolveByTheirPlainNames) {
+    HMODULE kvkit = GetModuleHandleW(L"kvkit.dll");
+    for (const char* name : {"KxTabInitEx", "KxTabInit", "KxTabChangeSelection", "KxTabGetIndex", "KxTabGetItemText",
+                             "KxTabEnd", "KxTabCheckActivate", "KxTabKeyboardHook", "KxTabSystemHook"})
+        EXPECT_NE(nullptr, GetProcAddress(kvkit, name)) << name;
+}
+
 }  // namespace

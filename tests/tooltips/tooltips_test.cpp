@@ -332,4 +332,12 @@ TEST_F(Tooltips, MissingWindowsAndTooltipsAreRefused) {
     EXPECT_FALSE(KxToolTip_SetTitle(gone, L"Title", TTI_NONE));
 }
 
+TEST(TooltipExports, ResolveByTheirPlainNames) {
+    HMODULE kvkit = GetModuleHandleW(L"kvkit.dll");
+    for (const char* name : {"KxToolTip_Create", "KxToolTip_CreateRect", "KxToolTip_RelayMessage",
+                             "KxToolTip_SetRect", "KxToolTip_SetTitle", "KxToolTip_UpdateText",
+                             "KxSetTooltipDuration"})
+        EXPECT_NE(nullptr, GetProcAddress(kvkit, name)) << name;
+}
+
 }  // namespace
