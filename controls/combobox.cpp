@@ -35,7 +35,6 @@ bool readExItem(HWND comboEx, int index, wchar_t* text, int capacity, int* inden
     item.cchTextMax = capacity;
     text[0] = 0;
     if (!SendMessageW(comboEx, CBEM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item))) return false;
-    if (item.pszText != text) lstrcpynW(text, item.pszText, capacity);
     if (indent) *indent = item.iIndent;
     return true;
 }

@@ -52,6 +52,7 @@ void removeContextHelp(void* sheetTemplate) {
 
 void hookSheet(HWND sheet) {
     removeHook();  // of a sheet that closed without KxEndPropertySheet
+    if (!IsWindow(sheet)) return;  // thread 0 would make the hook global
     g_hookedSheet = sheet;
     g_sheetHook = SetWindowsHookExW(WH_GETMESSAGE, KxPropSheetHook, g_libraryModule,
                                     GetWindowThreadProcessId(sheet, nullptr));
@@ -145,7 +146,7 @@ int KVKIT_CALL KxPropSheetProc(HWND sheet, UINT message, LPARAM lParam) {
 LRESULT KVKIT_CALL KxPropSheetHook(int code, WPARAM wParam, LPARAM lParam) {
     auto* message = reinterpret_cast<MSG*>(lParam);
     HWND sheet = g_hookedSheet;
-    if (code == HC_ACTION && wParam == PM_REMOVE && message->message == WM_SYSCHAR &&
+    if (code == HC_ACTION && wParam == PM_REMOVE && message && message->message == WM_SYSCHAR &&
         IsWindow(sheet)) {
         auto tabs = reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETTABCONTROL, 0, 0));
         int count = static_cast<int>(SendMessageW(tabs, TCM_GETITEMCOUNT, 0, 0));

@@ -145,7 +145,7 @@ const DLGTEMPLATE* loadPageTemplate(const KXTAB* tab, int page) {
 }
 
 void leaveCurrentPage(KXTAB* tab) {
-    if (tab->pageIndex >= 0 && isKept(tab, tab->pageIndex)) {
+    if (isKept(tab, tab->pageIndex)) {
         ShowWindow(tab->page, SW_HIDE);
         tab->keptPages[tab->pageIndex] = tab->page;
     } else if (tab->page) {
@@ -312,7 +312,7 @@ LRESULT KVKIT_CALL KxTabKeyboardHook(int code, WPARAM wParam, LPARAM lParam) {
 LRESULT KVKIT_CALL KxTabSystemHook(int code, WPARAM wParam, LPARAM lParam) {
     auto* message = reinterpret_cast<MSG*>(lParam);
     HWND tabControl = g_hookTabControl;
-    if (code == HC_ACTION && wParam == PM_REMOVE && message->message == WM_SYSCHAR &&
+    if (code == HC_ACTION && wParam == PM_REMOVE && message && message->message == WM_SYSCHAR &&
         IsWindow(tabControl)) {
         int count = static_cast<int>(SendMessageW(tabControl, TCM_GETITEMCOUNT, 0, 0));
         for (int i = 0; i < count; ++i) {

@@ -28,7 +28,8 @@ struct KXTAB {
     unsigned short language;  // primary language of the templates; 0 = default lookup
     unsigned char* keep;      // owned: one byte per page, 1 = hidden instead of destroyed; or null
     HWND* keptPages;          // owned: the hidden window of each kept page, or null
-    int resizable;            // 1: pages join the resizable-dialog engine (set by the application)
+    int resizable;            // 1: pages created from now on join the resizable-dialog engine
+                              // (set by the application; the first page predates it)
 };
 #pragma pack(pop)
 static_assert(sizeof(KXTAB) == 54, "KXTAB size");

@@ -188,6 +188,14 @@ TEST_F(PropSheet, StartPageCountsVisiblePagesAndBadArgumentsMakeNoSheet) {
     noSheet([&] { return KxCreatePropertySheet(owner, module, nullptr, templates, 0, params, 3, caption, 0, 0, 1, 1, nullptr); });
     noSheet([&] { return KxCreatePropertySheet(owner, module, procs, nullptr, 0, params, 3, caption, 0, 0, 1, 1, nullptr); });
     noSheet([&] { return KxCreatePropertySheet(owner, module, procs, templates, 0, params, 3, caption, 0, 0, 1, 1, none); });
+    // Called without a sheet or a message, the callback and the hook do nothing.
+    HookSpy spy;
+    run(0, 1, nullptr);
+    EXPECT_EQ(1, spy.installed());
+    EXPECT_EQ(0, KxPropSheetProc(nullptr, PSCB_INITIALIZED, 0));
+    EXPECT_EQ(1, spy.installed());
+    EXPECT_EQ(0, KxPropSheetHook(HC_ACTION, PM_REMOVE, 0));
+    EXPECT_EQ(1, KxPropSheetProc(nullptr, PSCB_PRECREATE, 0));
     KvText_FailAllocation(1);
     noSheet([&] { return KxCreatePropertySheet(owner, module, procs, templates, 0, params, 3, caption, 0, 0, 1, 1, nullptr); });
     KvText_FailAllocation(0);

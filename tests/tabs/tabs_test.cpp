@@ -386,6 +386,8 @@ TEST_F(TabManager, BadArgumentsAndFailuresLeaveNothingBehind) {
     EXPECT_EQ(-1, KxTabGetIndex(nullptr, 1));
     EXPECT_EQ(0, KxTabEnd(nullptr, nullptr));
     EXPECT_EQ(0, KxTabCheckActivate(dialog, WM_ACTIVATE, 0));
+    EXPECT_EQ(0, KxTabSystemHook(HC_ACTION, PM_REMOVE, 0));
+    EXPECT_EQ(0, KxTabKeyboardHook(HC_ACTION, VK_TAB, 0));
 
     // Every allocation of the set-up failing in turn: nothing is left, not even a tab.
     long params[] = {5};
