@@ -169,11 +169,4 @@ TEST_F(ComboBoxes, DropDownIsAsWideAsTheWidestItem) {
     DeleteObject(font);
 }
 
-TEST(ComboBoxExports, ResolveByTheirPlainNames) {
-    HMODULE kvkit = GetModuleHandleW(L"kvkit.dll");
-    for (const char* name : {"Kx1ComboBoxEx_CheckKey", "Kx1ComboBoxEx_GetItemWithData", "Kx1ComboBoxEx_GetSortIndex",
-                             "Kx1ComboxEx_SubProc", "KxCbSetDropdownWidth"})
-        EXPECT_NE(nullptr, GetProcAddress(kvkit, name)) << name;
-}
-
 }  // namespace

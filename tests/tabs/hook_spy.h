@@ -8,22 +8,18 @@
 class HookSpy {
 public:
     struct Hook {
-        int type;       // WH_*
+        int type;
         HHOOK handle;
-        bool removed;   // UnhookWindowsHookEx succeeded on it
+        bool removed;
     };
-
     HookSpy();
     ~HookSpy();
     HookSpy(const HookSpy&) = delete;
     HookSpy& operator=(const HookSpy&) = delete;
 
-    const std::vector<Hook>& hooks() const { return hooks_; }
-    // Hooks installed and not yet removed, of one type or of any (type 0).
-    int live(int type = 0) const;
-    int installed(int type = 0) const;
-    // The handle of the last hook of that type installed.
-    HHOOK last(int type) const;
+    int installed() const { return static_cast<int>(hooks_.size()); }
+    int live(int type = 0) const;  // not removed yet, of that type (0: any)
+    HHOOK last(int type) const;    // the handle of the last one of that type
 
 private:
     static HHOOK WINAPI setHook(int type, HOOKPROC procedure, HINSTANCE module, DWORD thread);

@@ -32,15 +32,6 @@ protected:
     }
     static HWND tabsOf(HWND sheet) { return PropSheet_GetTabControl(sheet); }
     static int currentPage(HWND sheet) { return PropSheet_HwndToIndex(sheet, PropSheet_GetCurrentPageHwnd(sheet)); }
-    static std::wstring tabTitle(HWND sheet, int index) {
-        wchar_t text[80] = L"";
-        TCITEMW item = {};
-        item.mask = TCIF_TEXT;
-        item.pszText = text;
-        item.cchTextMax = 80;
-        TabCtrl_GetItem(tabsOf(sheet), index, &item);
-        return item.pszText;
-    }
 
     kvtest::HostWindow owner;
     DLGPROC procs[3] = {sheetPageProc<0>, sheetPageProc<1>, sheetPageProc<2>};
@@ -58,8 +49,8 @@ TEST_F(PropSheet, AnInvisiblePageIsLeftOut) {
         std::vector<HWND> labels;  // the first control of each page made, by template
         run(0, 0, [&](HWND sheet) {
             tabs = TabCtrl_GetItemCount(tabsOf(sheet));
-            first = tabTitle(sheet, 0);
-            second = tabTitle(sheet, 1);
+            first = TabTitle(tabsOf(sheet), 0);
+            second = TabTitle(tabsOf(sheet), 1);
             PropSheet_SetCurSel(sheet, nullptr, 1);
             RunLoop(sheet);
             // The second page of the sheet is made from the third template.
@@ -199,12 +190,6 @@ TEST_F(PropSheet, StartPageCountsVisiblePagesAndBadArgumentsMakeNoSheet) {
     KvText_FailAllocation(1);
     noSheet([&] { return KxCreatePropertySheet(owner, module, procs, templates, 0, params, 3, caption, 0, 0, 1, 1, nullptr); });
     KvText_FailAllocation(0);
-}
-
-TEST(PropSheetExports, ResolveByTheirPlainNames) {
-    HMODULE kvkit = GetModuleHandleW(L"kvkit.dll");
-    for (const char* name : {"KxCreatePropertySheet", "KxEndPropertySheet", "KxPropSheetProc", "KxPropSheetHook"})
-        EXPECT_NE(nullptr, GetProcAddress(kvkit, name)) << name;
 }
 
 }  // namespace

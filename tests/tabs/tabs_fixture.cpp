@@ -5,6 +5,40 @@ namespace tabs_test {
 
 namespace {
 
+template <int Slot>
+INT_PTR CALLBACK pageProc(HWND page, UINT message, WPARAM, LPARAM lParam) {
+    if (message == WM_INITDIALOG) Creations().push_back({Slot, page, lParam});
+    return FALSE;  // the focus stays where it is
+}
+
+// The host dialog's template: 260 x 150 units, a tab control and an OK button.
+std::vector<WORD> dialogTemplate() {
+    std::vector<WORD> words;
+    auto dword = [&words](DWORD value) { words.insert(words.end(), {LOWORD(value), HIWORD(value)}); };
+    auto text = [&words](const wchar_t* value) {
+        do words.push_back(*value); while (*value++);
+    };
+    auto item = [&](const wchar_t* className, const wchar_t* title, DWORD style, std::initializer_list<WORD> place, WORD id) {
+        if (words.size() % 2) words.push_back(0);
+        dword(style | WS_CHILD | WS_VISIBLE);
+        dword(0);
+        words.insert(words.end(), place);
+        words.push_back(id);
+        text(className);
+        text(title);
+        words.push_back(0);
+    };
+    dword(WS_POPUP | WS_CAPTION | WS_VISIBLE | WS_THICKFRAME | DS_SETFONT);
+    dword(0);
+    words.insert(words.end(), {2, 0, 0, 260, 150, 0, 0});  // items, place, no menu, dialog class
+    text(L"Customer");
+    words.push_back(8);
+    text(L"MS Shell Dlg");
+    item(WC_TABCONTROLW, L"", WS_CLIPSIBLINGS | WS_TABSTOP, {7, 7, 246, 118}, kTabId);
+    item(L"Button", L"OK", BS_DEFPUSHBUTTON | WS_TABSTOP, {203, 130, 50, 14}, IDOK);
+    return words;
+}
+
 std::function<void(HWND)> g_inside;
 bool g_sheetDriven;
 
@@ -15,13 +49,6 @@ void CALLBACK driveSheet(HWND, UINT, UINT_PTR, DWORD) {
     g_sheetDriven = true;
     if (g_inside) g_inside(sheet);
     PostMessageW(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
-}
-
-template <int Slot>
-INT_PTR CALLBACK pageProc(HWND page, UINT message, WPARAM, LPARAM lParam) {
-    if (message != WM_INITDIALOG) return FALSE;
-    Creations().push_back({Slot, page, lParam});
-    return FALSE;  // the focus stays where it is
 }
 
 }  // namespace
@@ -38,75 +65,28 @@ int CreationsOf(int slot) {
 }
 
 DLGPROC PageProc(int slot) {
-    static const DLGPROC procs[] = {pageProc<0>, pageProc<1>, pageProc<2>,
-                                    pageProc<3>, pageProc<4>, pageProc<5>};
+    static const DLGPROC procs[] = {pageProc<0>, pageProc<1>, pageProc<2>, pageProc<3>, pageProc<4>, pageProc<5>};
     return procs[slot];
 }
 
-// ---------------------------------------------------------------------------------------------
-
-TemplateWriter::TemplateWriter(DWORD style, int items, int width, int height, const wchar_t* title) {
-    dword(style | DS_SETFONT);
-    dword(0);
-    words_.push_back(static_cast<WORD>(items));
-    for (int value : {0, 0, width, height}) words_.push_back(static_cast<WORD>(value));
-    words_.push_back(0);  // no menu
-    words_.push_back(0);  // the dialog class
-    text(title);
-    words_.push_back(8);
-    text(L"MS Shell Dlg");
-}
-
-void TemplateWriter::item(const wchar_t* className, const wchar_t* title, DWORD style, int x, int y,
-                          int cx, int cy, int id) {
-    if (words_.size() % 2) words_.push_back(0);
-    dword(style | WS_CHILD | WS_VISIBLE);
-    dword(0);
-    for (int value : {x, y, cx, cy}) words_.push_back(static_cast<WORD>(value));
-    words_.push_back(static_cast<WORD>(id));
-    text(className);
-    text(title);
-    words_.push_back(0);
-}
-
-void TemplateWriter::dword(DWORD value) {
-    words_.push_back(LOWORD(value));
-    words_.push_back(HIWORD(value));
-}
-
-void TemplateWriter::text(const wchar_t* value) {
-    for (; *value; ++value) words_.push_back(*value);
-    words_.push_back(0);
-}
-
-// ---------------------------------------------------------------------------------------------
-
-TabbedDialog::TabbedDialog(DWORD style) {
-    TemplateWriter writer(style, 2, 260, 150, L"Customer");
-    writer.item(WC_TABCONTROLW, L"", WS_CLIPSIBLINGS | WS_TABSTOP, 7, 7, 246, 118, kTabId);
-    writer.item(L"Button", L"OK", BS_DEFPUSHBUTTON | WS_TABSTOP, 203, 130, 50, 14, IDOK);
-    window_ = CreateDialogIndirectParamW(GetModuleHandleW(nullptr), writer.data(), nullptr,
-                                         dialogProc, reinterpret_cast<LPARAM>(this));
+TabbedDialog::TabbedDialog() {
+    std::vector<WORD> words = dialogTemplate();
+    window_ = CreateDialogIndirectParamW(GetModuleHandleW(nullptr), reinterpret_cast<DLGTEMPLATE*>(words.data()),
+                                         nullptr, dialogProc, reinterpret_cast<LPARAM>(this));
     kvtest::PumpMessages();
 }
 
-TabbedDialog::~TabbedDialog() { destroy(); }
-
 void TabbedDialog::destroy() {
-    if (endOnDestroy && record) KxTabEnd(window_, record);
+    if (record) KxTabEnd(window_, record);
     record = nullptr;
     if (IsWindow(window_)) DestroyWindow(window_);
     kvtest::PumpMessages();
 }
 
-std::wstring TabbedDialog::tabTitle(int index) const {
-    wchar_t text[160] = L"";
-    TCITEMW item = {};
-    item.mask = TCIF_TEXT;
-    item.pszText = text;
-    item.cchTextMax = 160;
-    if (!TabCtrl_GetItem(tabs(), index, &item)) return L"<none>";
-    return item.pszText;
+int TabbedDialog::pageSlot() const {
+    for (const PageCreation& creation : Creations())
+        if (creation.window == page()) return creation.slot;
+    return -1;
 }
 
 RECT TabbedDialog::pageArea() const {
@@ -125,27 +105,20 @@ void TabbedDialog::clickTab(int index) {
 }
 
 INT_PTR CALLBACK TabbedDialog::dialogProc(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-        return TRUE;
-    }
+    if (message == WM_INITDIALOG) SetWindowLongPtrW(dialog, DWLP_USER, lParam);
     auto* self = reinterpret_cast<TabbedDialog*>(GetWindowLongPtrW(dialog, DWLP_USER));
     if (message == WM_SIZE) KxSizeDlg(dialog, 0, 0);  // 0 unless the test started the engine
-    if (message == WM_NOTIFY && self && self->record) {
-        auto* header = reinterpret_cast<NMHDR*>(lParam);
-        if (header->idFrom == kTabId && header->code == TCN_SELCHANGE)
-            KxTabChangeSelection(dialog, kTabId, self->record, TabCtrl_GetCurSel(header->hwndFrom));
-    }
-    return FALSE;
+    auto* header = reinterpret_cast<NMHDR*>(lParam);
+    if (message == WM_NOTIFY && self && self->record && header->idFrom == kTabId && header->code == TCN_SELCHANGE)
+        KxTabChangeSelection(dialog, kTabId, self->record, TabCtrl_GetCurSel(header->hwndFrom));
+    return message == WM_INITDIALOG;
 }
 
-// ---------------------------------------------------------------------------------------------
-
-std::vector<MSG> RunLoop(HWND dialog, DWORD quietMilliseconds) {
-    const DWORD kLongest = 3000;
+std::vector<MSG> RunLoop(HWND dialog) {
+    const DWORD kQuiet = 60, kLongest = 3000;
     std::vector<MSG> retrieved;
     DWORD start = GetTickCount(), lastMessage = start;
-    while (GetTickCount() - lastMessage < quietMilliseconds && GetTickCount() - start < kLongest) {
+    while (GetTickCount() - lastMessage < kQuiet && GetTickCount() - start < kLongest) {
         MSG msg;
         if (!PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
             MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
@@ -186,8 +159,7 @@ void PressKeys(std::initializer_list<WORD> modifiers, WORD key) {
 
 void Activate(HWND dialog, HWND focus) {
     SetForegroundWindow(dialog);
-    SetActiveWindow(dialog);
-    SetFocus(focus ? focus : dialog);
+    SetFocus(focus);
     RunLoop(dialog);
 }
 
@@ -201,6 +173,22 @@ INT_PTR RunSheet(std::function<void(HWND)> inside, std::function<INT_PTR()> crea
     kvtest::PumpMessages();
     g_inside = nullptr;
     return result;
+}
+
+RECT RectInParent(HWND window) {
+    RECT rect;
+    GetWindowRect(window, &rect);
+    MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
+}
+
+std::wstring TabTitle(HWND tabControl, int index) {
+    wchar_t text[160] = L"";
+    TCITEMW item = {};
+    item.mask = TCIF_TEXT;
+    item.pszText = text;
+    item.cchTextMax = 160;
+    return TabCtrl_GetItem(tabControl, index, &item) ? item.pszText : L"<none>";
 }
 
 std::wstring WindowText(HWND window) {
