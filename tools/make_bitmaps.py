@@ -231,3 +231,15 @@ def main():
 
 if __name__ == "__main__":
     main()
+
+
+# Scroller and colour box: the arrows drawn blue rather than black, so that the grey copy that
+# the button painter draws for a disabled arrow differs from the enabled arrow.
+def write_scroller_arrows():
+    res = os.path.join(ROOT, "res")
+    for name, direction in (("btaob", "up"), ("btaun", "down"), ("btali", "left"), ("btare", "right")):
+        write_bmp(os.path.join(res, name + ".bmp"), triangle(9, direction, BLUE))
+
+
+if __name__ == "__main__":
+    write_scroller_arrows()
