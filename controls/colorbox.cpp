@@ -237,6 +237,7 @@ LRESULT drawArrow(const ColorBoxRecord& record, const DRAWITEMSTRUCT* item) {
 // --- life -------------------------------------------------------------------------------------
 
 bool onCreate(HWND box, const CREATESTRUCTW* create) {
+    if (!create) return false;
     auto* record = static_cast<ColorBoxRecord*>(Mres(sizeof(ColorBoxRecord)));
     if (!record) return false;
     record->box = box;

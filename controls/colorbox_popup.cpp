@@ -325,7 +325,7 @@ void ClosePopup(ColorBoxRecord* record) {
 }
 
 LRESULT KVKIT_CALL Kx1ColorWndChildProc(HWND popup, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_NCCREATE) {
+    if (message == WM_NCCREATE && lParam) {
         auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
         SetWindowLongPtrW(popup, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
     }

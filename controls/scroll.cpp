@@ -350,6 +350,7 @@ LRESULT KVKIT_CALL KVScrollProc(HWND control, UINT message, WPARAM wParam, LPARA
 }
 
 LRESULT KVKIT_CALL KVScrollBtnProc(HWND arrow, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (!IsWindow(arrow)) return 0;  // a held arrow must be a window to hold the capture
     switch (message) {
     case WM_LBUTTONDOWN:
         if (!g_repeat.repeating) repeatWhileHeld(arrow);
