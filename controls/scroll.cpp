@@ -18,6 +18,9 @@ const DWORD kArrowStyle = WS_CHILD | WS_VISIBLE | BS_OWNERDRAW;
 const int kArrowIds[] = {KVS_ID_DECREMENT, KVS_ID_INCREMENT};
 // A held arrow steps once at once, then again only after this pause.
 const DWORD kRepeatDelay = 400;
+// An overlay's one-shot timer that paints its arrows again after the windows beneath: timer
+// messages come only when no paint is pending.
+const UINT_PTR kArrowTimer = 1;
 
 // The text between the arrows, a 16-byte kvtext record.
 struct ScrollText {
@@ -175,6 +178,16 @@ void paintText(HWND control, HDC dc) {
     if (previousFont) SelectObject(dc, previousFont);
 }
 
+void redrawArrows(HWND control) {
+    for (int id : kArrowIds) {
+        HWND arrow = GetDlgItem(control, id);
+        if (arrow) RedrawWindow(arrow, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    }
+}
+
+// The overlay itself is see-through; its arrows go back on top of what was painted beneath,
+// now and once more when every pending paint is done (UpdateWindow can paint a transparent
+// window before the windows beneath it, which then paint over its arrows).
 void onPaint(HWND control) {
     PAINTSTRUCT paint;
     HDC dc = BeginPaint(control, &paint);
@@ -182,11 +195,8 @@ void onPaint(HWND control) {
     if (!overlay) paintText(control, dc);
     EndPaint(control, &paint);
     if (!overlay) return;
-    // The overlay itself is see-through; its arrows go back on top of what was painted beneath.
-    for (int id : kArrowIds) {
-        HWND arrow = GetDlgItem(control, id);
-        if (arrow) RedrawWindow(arrow, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-    }
+    redrawArrows(control);
+    SetTimer(control, kArrowTimer, USER_TIMER_MINIMUM, nullptr);
 }
 
 LRESULT drawArrow(const DRAWITEMSTRUCT* item) {
@@ -336,7 +346,13 @@ LRESULT KVKIT_CALL KVScrollProc(HWND control, UINT message, WPARAM wParam, LPARA
         SendMessageW(GetParent(control), WM_SETCURSOR,
                      reinterpret_cast<WPARAM>(GetParent(control)), HTCLIENT);
         return TRUE;
+    case WM_TIMER:
+        if (wParam != kArrowTimer) break;
+        KillTimer(control, kArrowTimer);
+        redrawArrows(control);
+        return 0;
     case WM_DESTROY:
+        KillTimer(control, kArrowTimer);
         onDestroy(control);
         return 0;
     default:
@@ -406,6 +422,7 @@ HWND __cdecl KVScroll_CreateWindow(HWND parent, int id, int x, int y, int cx, in
         return nullptr;
     }
     layoutArrows(control);
+    if (overlay) SetWindowPos(control, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     return control;
 }
 
@@ -478,7 +495,8 @@ BOOL __cdecl KVScroll_UpdWndPos(HWND control, RECT* area, int) {
     int height = vertical ? areaHeight : ownHeight;
     int x = vertical && alignFar ? bounds.right - width : bounds.left;
     int y = !vertical && alignFar ? bounds.bottom - height : bounds.top;
-    SetWindowPos(control, nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+    // New children go below their older siblings: the overlay is raised over what it covers.
+    SetWindowPos(control, HWND_TOP, x, y, width, height, SWP_NOACTIVATE);
     if (width == ownWidth && height == ownHeight) layoutArrows(control);  // no WM_SIZE came
     return TRUE;
 }

@@ -557,6 +557,36 @@ TEST_F(ScrollTest, OverlayPassesMouseInputOnToWhatLiesBeneath) {
     DestroyWindow(label);
 }
 
+// What the screen shows at a point of the window, once pending paints are done.
+COLORREF screenPixel(HWND window, POINT point) {
+    kvtest::PumpFor(100);
+    ClientToScreen(window, &point);
+    kvtest::Canvas pixel(1, 1);
+    HDC screen = GetDC(nullptr);
+    BitBlt(pixel.dc(), 0, 0, 1, 1, screen, point.x, point.y, SRCCOPY);
+    ReleaseDC(nullptr, screen);
+    return pixel.pixel(0, 0);
+}
+
+TEST_F(ScrollTest, OverlayArrowsStayOverThePictureBeneath) {
+    HWND picture = host_.createChild(L"Static", L"", WS_VISIBLE | SS_BLACKRECT, 10, 10, 200, 100, 53);
+    const COLORREF ink = screenPixel(picture, POINT{100, 50});
+    HWND overlay = create(KVS_OVERLAY | KVS_ALIGNFAR, nullptr, 20, 20);
+    RECT area = {10, 10, 210, 110};
+    KVScroll_UpdWndPos(overlay, &area, 0);
+    KVScroll_SetScrollRange(overlay, SB_CTL, 0, 5, TRUE);
+    EXPECT_EQ(overlay, GetWindow(host_, GW_CHILD)) << "raised over the picture";
+    const COLORREF face = GetSysColor(COLOR_BTNFACE);
+    EXPECT_EQ(face, screenPixel(decrementOf(overlay), POINT{4, 4}));
+    // Painted all at once, the picture may paint after the see-through overlay: the arrows
+    // come back on top.
+    RedrawWindow(host_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    EXPECT_EQ(face, screenPixel(decrementOf(overlay), POINT{4, 4}));
+    EXPECT_EQ(ink, screenPixel(overlay, POINT{100, 10})) << "the overlay itself is see-through";
+    DestroyWindow(overlay);
+    DestroyWindow(picture);
+}
+
 TEST_F(ScrollTest, OverlayOverADatePickerPostsToThePickersChild) {
     HWND picker = host_.createChild(DATETIMEPICK_CLASSW, L"", WS_VISIBLE | DTS_UPDOWN, 10, 10, 200, 24, 51);
     ASSERT_NE(nullptr, picker);
