@@ -1,6 +1,6 @@
 // Helpers of the colour box tests, and a warm-up that runs the menu, the colour dialog, the caret
-// and the clipboard once before the first test, so that the system objects they leave cached do
-// not count as left behind by the first test that uses them.
+// and the clipboard once before the first test, so that what the system keeps cached from them
+// does not count as left behind by the first test that uses them.
 #include "colorbox_fixture.h"
 #include <string.h>
 
@@ -9,6 +9,30 @@ namespace colorbox_test {
 const COLORREF kDefaults[20] = {0xFFFFFF, 0xFFFF00, 0xFF00FF, 0xFF0000, 0x00FFFF, 0x00FF00, 0x0000FF,
                                 0x808080, 0xC0C0C0, 0x808000, 0x800080, 0x800000, 0x008080, 0x008000,
                                 0x000080, 0x000000, 0xC0DCC0, 0xF0CAA6, 0xF0FBFF, 0xA4A0A0};
+
+RECT RectInParent(HWND window) {
+    RECT rect;
+    GetWindowRect(window, &rect);
+    MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
+}
+
+::testing::AssertionResult IsAt(HWND window, RECT expected) {
+    RECT actual = RectInParent(window);
+    if (EqualRect(&actual, &expected)) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "at (" << actual.left << ", " << actual.top << ", "
+                                         << actual.right << ", " << actual.bottom << ")";
+}
+
+RECT CellRectOf(HWND box, int index) {
+    const ColorBoxRecord& record = *Record(box);
+    int size = record.cellSize, columns = record.columns;
+    bool automatic = record.flags & KXCB_AUTOCELL;
+    if (automatic && index == 0) return RECT{0, 0, columns * size, size};
+    int place = automatic ? index - 1 + columns : index;
+    int left = place % columns * size, top = place / columns * size;
+    return RECT{left, top, left + size, top + size};
+}
 
 void PressKey(HWND window, UINT key) {
     PostMessageW(window, WM_KEYDOWN, key, 1);
@@ -21,42 +45,11 @@ void PostMouse(HWND window, UINT message, POINT point, WPARAM keys) {
     kvtest::PumpMessages();
 }
 
-POINT CentreOf(const RECT& rect) { return POINT{(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2}; }
-
-RECT CellRectOf(HWND box, int index) {
-    const ColorBoxRecord& record = *Record(box);
-    int size = record.cellSize, columns = record.columns;
-    bool automatic = record.flags & KXCB_AUTOCELL;
-    if (automatic && index == 0) return RECT{0, 0, columns * size, size};
-    int place = automatic ? index - 1 + columns : index;
-    int left = place % columns * size, top = place / columns * size;
-    return RECT{left, top, left + size, top + size};
-}
-
-RECT RectInParent(HWND window) {
-    RECT rect;
-    GetWindowRect(window, &rect);
-    MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&rect), 2);
-    return rect;
-}
-
-std::vector<COLORREF> PopupPixels(HWND popup, int* width) {
-    RECT client;
-    GetClientRect(popup, &client);
-    kvtest::Canvas canvas(client.right, client.bottom, kMagenta);
-    SendMessageW(popup, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(canvas.dc()), PRF_CLIENT);
-    std::vector<COLORREF> pixels;
-    for (int y = 0; y < client.bottom; ++y)
-        for (int x = 0; x < client.right; ++x) pixels.push_back(canvas.pixel(x, y));
-    *width = client.right;
-    return pixels;
-}
-
 // --- modal loops --------------------------------------------------------------------------------
 
 ModalDriver* ModalDriver::current_;
 
-ModalDriver::ModalDriver(const wchar_t* className, Action action)
+ModalDriver::ModalDriver(const wchar_t* className, std::function<bool(HWND)> action)
     : className_(className), action_(std::move(action)), start_(GetTickCount()) {
     current_ = this;
     timer_ = SetTimer(nullptr, 0, 30, tick);
@@ -68,35 +61,30 @@ ModalDriver::~ModalDriver() {
 }
 
 namespace {
-struct ThreadWindowSearch {
+struct WindowSearch {
     const wchar_t* className;
     HWND found;
 };
 
-BOOL CALLBACK matchThreadWindow(HWND window, LPARAM data) {
-    auto* search = reinterpret_cast<ThreadWindowSearch*>(data);
+BOOL CALLBACK matchWindow(HWND window, LPARAM data) {
+    auto* search = reinterpret_cast<WindowSearch*>(data);
     wchar_t name[64];
-    if (IsWindowVisible(window) && GetClassNameW(window, name, 64) && lstrcmpW(name, search->className) == 0) {
-        search->found = window;
-        return FALSE;
-    }
-    return TRUE;
+    if (!IsWindowVisible(window) || !GetClassNameW(window, name, 64) || lstrcmpW(name, search->className)) return TRUE;
+    search->found = window;
+    return FALSE;
 }
 }  // namespace
 
 void CALLBACK ModalDriver::tick(HWND, UINT, UINT_PTR, DWORD) {
     ModalDriver* self = current_;
     if (!self) return;
-    ThreadWindowSearch search = {self->className_, nullptr};
-    EnumThreadWindows(GetCurrentThreadId(), matchThreadWindow, reinterpret_cast<LPARAM>(&search));
+    WindowSearch search = {self->className_, nullptr};
+    EnumThreadWindows(GetCurrentThreadId(), matchWindow, reinterpret_cast<LPARAM>(&search));
     DWORD now = GetTickCount();
     if (search.found && !self->acted_ && self->action_(search.found)) {
         self->acted_ = true;
         self->actedAt_ = now;
-        return;
-    }
-    bool overdue = self->acted_ ? now - self->actedAt_ > 3000 : now - self->start_ > 5000;
-    if (search.found && overdue) {  // end the modal loop rather than hang
+    } else if (search.found && (self->acted_ ? now - self->actedAt_ > 3000 : now - self->start_ > 5000)) {
         EndMenu();
         PostMessageW(search.found, WM_COMMAND, IDCANCEL, 0);
     }
@@ -108,16 +96,15 @@ MenuChoice RightClickMenu(HWND window, POINT point, int command) {
         auto menu = reinterpret_cast<HMENU>(SendMessageW(menuWindow, MN_GETHMENU, 0, 0));
         if (!menu) return false;
         choice.shown = true;
-        choice.copyState = GetMenuState(menu, KXCB_COMMAND_COPY, MF_BYCOMMAND);
-        choice.pasteState = GetMenuState(menu, KXCB_COMMAND_PASTE, MF_BYCOMMAND);
-        int position = -1;
-        for (int i = 0; i < GetMenuItemCount(menu); ++i)
-            if (GetMenuItemID(menu, i) == static_cast<UINT>(command)) position = i;
-        if (position < 0) {
+        choice.canCopy = !(GetMenuState(menu, KXCB_COMMAND_COPY, MF_BYCOMMAND) & MF_GRAYED);
+        choice.canPaste = !(GetMenuState(menu, KXCB_COMMAND_PASTE, MF_BYCOMMAND) & MF_GRAYED);
+        // The menu's loop takes keys from the thread's queue: down to the item, then Enter.
+        int count = GetMenuItemCount(menu), position = 0;
+        while (position < count && GetMenuItemID(menu, position) != static_cast<UINT>(command)) ++position;
+        if (position == count) {
             EndMenu();
             return true;
         }
-        // The menu's own loop takes the keys from the thread's queue.
         for (int i = 0; i <= position; ++i) PostMessageW(menuWindow, WM_KEYDOWN, VK_DOWN, 0);
         PostMessageW(menuWindow, WM_KEYDOWN, VK_RETURN, 0);
         return true;
@@ -128,12 +115,9 @@ MenuChoice RightClickMenu(HWND window, POINT point, int command) {
 }
 
 std::function<bool(HWND)> AnswerColourDialog(ColourDialogAnswer* answer, bool accept, COLORREF colour) {
-    // The red, green and blue fields of the full colour dialog.
-    const int kRed = 706, kGreen = 707, kBlue = 708;
+    const int kRed = 706, kGreen = 707, kBlue = 708;  // the full dialog's colour fields
     return [=](HWND dialog) {
-        answer->shown = true;
-        answer->initial = RGB(GetDlgItemInt(dialog, kRed, nullptr, FALSE),
-                              GetDlgItemInt(dialog, kGreen, nullptr, FALSE),
+        answer->initial = RGB(GetDlgItemInt(dialog, kRed, nullptr, FALSE), GetDlgItemInt(dialog, kGreen, nullptr, FALSE),
                               GetDlgItemInt(dialog, kBlue, nullptr, FALSE));
         if (accept) {
             SetDlgItemInt(dialog, kRed, GetRValue(colour), FALSE);
@@ -148,33 +132,25 @@ std::function<bool(HWND)> AnswerColourDialog(ColourDialogAnswer* answer, bool ac
 // --- clipboard ----------------------------------------------------------------------------------
 
 namespace {
-// Formats whose data are GDI objects or metafiles, not memory.
-bool isMemoryFormat(UINT format) {
-    switch (format) {
-    case CF_BITMAP:
-    case CF_DSPBITMAP:
-    case CF_PALETTE:
-    case CF_METAFILEPICT:
-    case CF_DSPMETAFILEPICT:
-    case CF_ENHMETAFILE:
-    case CF_DSPENHMETAFILE:
-    case CF_OWNERDISPLAY:
-        return false;
-    }
-    return true;
-}
-
 UINT colourFormat() { return RegisterClipboardFormatW(L"szClipBoard_Color"); }
+
+void putOnClipboard(UINT format, const void* bytes, size_t size) {
+    HGLOBAL data = GlobalAlloc(GMEM_MOVEABLE, size);
+    memcpy(GlobalLock(data), bytes, size);
+    GlobalUnlock(data);
+    if (!SetClipboardData(format, data)) GlobalFree(data);
+}
 }  // namespace
 
 ClipboardKeeper::ClipboardKeeper() {
     if (!OpenClipboard(nullptr)) return;
     for (UINT format = EnumClipboardFormats(0); format; format = EnumClipboardFormats(format)) {
-        if (!isMemoryFormat(format)) continue;
-        HANDLE data = GetClipboardData(format);
-        const BYTE* bytes = data ? static_cast<const BYTE*>(GlobalLock(data)) : nullptr;
+        bool handles = format == CF_BITMAP || format == CF_PALETTE || format == CF_METAFILEPICT ||
+                       format == CF_ENHMETAFILE || (format >= CF_OWNERDISPLAY && format <= CF_DSPENHMETAFILE);
+        HANDLE data = handles ? nullptr : GetClipboardData(format);
+        auto* bytes = data ? static_cast<const BYTE*>(GlobalLock(data)) : nullptr;
         if (!bytes) continue;
-        saved_.push_back({format, std::vector<BYTE>(bytes, bytes + GlobalSize(data))});
+        saved_.emplace_back(format, std::vector<BYTE>(bytes, bytes + GlobalSize(data)));
         GlobalUnlock(data);
     }
     CloseClipboard();
@@ -183,23 +159,14 @@ ClipboardKeeper::ClipboardKeeper() {
 ClipboardKeeper::~ClipboardKeeper() {
     if (!OpenClipboard(nullptr)) return;
     EmptyClipboard();
-    for (const Entry& entry : saved_) {
-        HGLOBAL data = GlobalAlloc(GMEM_MOVEABLE, entry.bytes.size());
-        if (!data) continue;
-        memcpy(GlobalLock(data), entry.bytes.data(), entry.bytes.size());
-        GlobalUnlock(data);
-        if (!SetClipboardData(entry.format, data)) GlobalFree(data);
-    }
+    for (const auto& entry : saved_) putOnClipboard(entry.first, entry.second.data(), entry.second.size());
     CloseClipboard();
 }
 
 void PutColourOnClipboard(COLORREF colour) {
-    HGLOBAL data = GlobalAlloc(GMEM_MOVEABLE, sizeof(COLORREF));
-    *static_cast<COLORREF*>(GlobalLock(data)) = colour;
-    GlobalUnlock(data);
     OpenClipboard(nullptr);
     EmptyClipboard();
-    if (!SetClipboardData(colourFormat(), data)) GlobalFree(data);
+    putOnClipboard(colourFormat(), &colour, sizeof(colour));
     CloseClipboard();
 }
 
@@ -223,12 +190,10 @@ public:
     void SetUp() override {
         ClipboardKeeper keeper;
         kvtest::HostWindow host;
-        HWND box = host.createChild(L"szColorBoxClass", L"", WS_VISIBLE | KXCBS_MORECOLORS, 10, 10,
-                                    120, 22, kBoxId);
+        HWND box = host.createChild(L"szColorBoxClass", L"", WS_VISIBLE | KXCBS_MORECOLORS, 10, 10, 120, 22, kBoxId);
         SendMessageW(box, CBM_SETSEL, 1, 0);
         PressKey(box, VK_DOWN);
         HWND popup = Record(box)->popup;
-        PressKey(popup, VK_RIGHT);
         {
             ColourDialogAnswer answer;
             ModalDriver driver(L"#32770", AnswerColourDialog(&answer, false));
