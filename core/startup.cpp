@@ -1,6 +1,8 @@
 // Module entry, one-time class registration, language and resource modules, the format check,
 // and small wrappers over system services.
 #include "core/library.h"
+#include "include/kvkit_colorbox.h"
+#include "include/kvkit_scroll.h"
 #include "kvtext.h"
 
 HINSTANCE g_libraryModule;
@@ -49,10 +51,10 @@ int registerListboxClass() {
 // Relies on InitTool's flag to run once.
 int registerColorBoxClasses() {
     g_colorClipboardFormat = RegisterClipboardFormatW(L"szClipBoard_Color");
-    WNDCLASSW frame = libraryClass(L"szColorBoxClass", kPlainWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW frame = libraryClass(L"szColorBoxClass", Kx1ColorWndProc, CS_GLOBALCLASS);
     frame.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     if (!RegisterClassW(&frame)) return 0;
-    WNDCLASSW cell = libraryClass(L"szColorBoxChildClass", kPlainWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW cell = libraryClass(L"szColorBoxChildClass", Kx1ColorWndChildProc, CS_GLOBALCLASS);
     cell.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     return RegisterClassW(&cell) != 0;
 }
@@ -75,7 +77,7 @@ int registerDlgTippClass() {
 
 int registerScrollClass() {
     if (g_scrollClass) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KVScrollClass", kPlainWindowProc,
+    WNDCLASSW windowClass = libraryClass(L"KVScrollClass", KVScrollProc,
                                          CS_GLOBALCLASS | CS_DBLCLKS);
     windowClass.cbWndExtra = 16;
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);

@@ -213,10 +213,9 @@ def write_cursor(path, art, hotspot):
 
 def main():
     res = os.path.join(ROOT, "res")
-    write_bmp(os.path.join(res, "btaob.bmp"), triangle(9, "up"))
-    write_bmp(os.path.join(res, "btaun.bmp"), triangle(9, "down"))
-    write_bmp(os.path.join(res, "btali.bmp"), triangle(9, "left"))
-    write_bmp(os.path.join(res, "btare.bmp"), triangle(9, "right"))
+    # Blue rather than black, so that the grey copy drawn for a disabled arrow differs from it.
+    for name, direction in (("btaob", "up"), ("btaun", "down"), ("btali", "left"), ("btare", "right")):
+        write_bmp(os.path.join(res, name + ".bmp"), triangle(9, direction, BLUE))
     write_bmp(os.path.join(res, "sort_up.bmp"), sort_arrow(True))
     write_bmp(os.path.join(res, "sort_down.bmp"), sort_arrow(False))
     write_bmp(os.path.join(res, "calendar.bmp"), calendar_glyph())
@@ -227,10 +226,7 @@ def main():
     samples = os.path.join(ROOT, "samples", "resources")
     write_bmp(os.path.join(samples, "btndelfmt.bmp"), delete_format())
     write_cursor(os.path.join(samples, "hand.cur"), HAND, (5, 0))
-
-
-if __name__ == "__main__":
-    main()
+    write_listbox_pictures()
 
 
 # Multi-column list box: row pictures 101-107 (by the items' type letters) and the drag cursors.
@@ -382,5 +378,6 @@ def write_listbox_pictures():
     write_cursor(os.path.join(res, "movecur.cur"), MOVECUR, (7, 7))
 
 
+
 if __name__ == "__main__":
-    write_listbox_pictures()
+    main()
