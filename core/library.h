@@ -21,3 +21,7 @@ wchar_t* LoadLanguageString(UINT id, int maxLength = kLanguageStringLength);
 
 // Clipboard format "szClipBoard_Color", registered with the colour box classes.
 extern UINT g_colorClipboardFormat;
+
+// Window procedures of the dialog painting classes that InitTool registers.
+LRESULT CALLBACK DlgPaintWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+LRESULT CALLBACK DlgTippWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
