@@ -18,8 +18,9 @@ const int kTitleCapacity = 256;
 const UINT kTitleFormat = DT_LEFT | DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS;
 
 // Subclass state bits, kept as the subclass's reference data.
-const DWORD_PTR kTracking = 0x1;  // the close button holds the mouse capture
-const DWORD_PTR kPressed = 0x2;   // and the pointer is over it
+const DWORD_PTR kTracking = 0x1;    // the close button holds the mouse capture
+const DWORD_PTR kPressed = 0x2;     // and the pointer is over it
+const DWORD_PTR kActiveLook = 0x4;  // the last WM_NCACTIVATE asked for the active colours
 
 // Parts of the caption in window coordinates (origin at the window's top-left corner).
 struct CaptionLayout {
@@ -93,10 +94,37 @@ DWORD_PTR captionState(HWND window) {
     return state;
 }
 
+bool isActive(HWND window) {
+    WINDOWINFO info = {};
+    info.cbSize = sizeof(info);
+    return GetWindowInfo(window, &info) && (info.dwWindowStatus & WS_ACTIVECAPTION);
+}
+
+// Until the first WM_NCACTIVATE the caption looks as the window's activation is.
 bool attachCaption(HWND window) {
     DWORD_PTR state;
     if (GetWindowSubclass(window, captionSubclass, kCaptionSubclassId, &state)) return true;
-    return SetWindowSubclass(window, captionSubclass, kCaptionSubclassId, 0) != FALSE;
+    return SetWindowSubclass(window, captionSubclass, kCaptionSubclassId,
+                             isActive(window) ? kActiveLook : 0) != FALSE;
+}
+
+// A push-button face with a cross, which moves down and right while the button is pressed. The
+// cross is drawn rather than taken from a symbol font, which not every system has.
+void paintCloseButton(HDC dc, const RECT& button, bool pressed) {
+    RECT face = button;
+    DrawFrameControl(dc, &face, DFC_BUTTON, DFCS_BUTTONPUSH | (pressed ? DFCS_PUSHED : 0));
+    int size = button.right - button.left;
+    int inset = size / 4 + 1, shift = pressed ? 1 : 0;
+    int left = button.left + inset + shift, top = button.top + inset + shift;
+    int right = button.right - inset + shift, bottom = button.bottom - inset + shift;
+    HPEN pen = CreatePen(PS_SOLID, size >= 12 ? 2 : 1, GetSysColor(COLOR_BTNTEXT));
+    HGDIOBJ old = SelectObject(dc, pen);
+    MoveToEx(dc, left, top, nullptr);
+    LineTo(dc, right - 1, bottom - 1);
+    MoveToEx(dc, right - 1, top, nullptr);
+    LineTo(dc, left, bottom - 1);
+    SelectObject(dc, old);
+    DeleteObject(pen);
 }
 
 // Paints the band at its own origin into `dc`.
@@ -126,15 +154,8 @@ void paintBand(HWND window, HDC dc, const CaptionLayout& layout, HICON icon, boo
     if (!IsRectEmpty(&layout.close)) {
         RECT close = layout.close;
         OffsetRect(&close, -origin.x, -origin.y);
-        DrawFrameControl(dc, &close, DFC_CAPTION,
-                         DFCS_CAPTIONCLOSE | ((state & kPressed) ? DFCS_PUSHED : 0));
+        paintCloseButton(dc, close, (state & kPressed) != 0);
     }
-}
-
-bool isActive(HWND window) {
-    WINDOWINFO info = {};
-    info.cbSize = sizeof(info);
-    return GetWindowInfo(window, &info) && (info.dwWindowStatus & WS_ACTIVECAPTION);
 }
 
 // The caption part under a point in screen coordinates: HTCLOSE, HTCAPTION or HTNOWHERE.
@@ -155,21 +176,24 @@ POINT clientToScreen(HWND window, LPARAM lParam) {
     return point;
 }
 
-void setCaptionState(HWND window, DWORD_PTR state) {
-    if (captionState(window) == state) return;
-    SetWindowSubclass(window, captionSubclass, kCaptionSubclassId, state);
+// Replaces the `bits` of the state by `values` and draws the caption again if that changed it.
+void setCaptionState(HWND window, DWORD_PTR bits, DWORD_PTR values) {
+    DWORD_PTR state = captionState(window);
+    DWORD_PTR changed = (state & ~bits) | (values & bits);
+    if (changed == state) return;
+    SetWindowSubclass(window, captionSubclass, kCaptionSubclassId, changed);
     NcDrawCaption(window, nullptr, KXNC_CURRENT);
 }
 
 // The close button follows the pointer while it holds the capture, like a push button.
 void trackCloseButton(HWND window, POINT screen) {
     bool over = hitTest(window, screen) == HTCLOSE;
-    setCaptionState(window, kTracking | (over ? kPressed : 0));
+    setCaptionState(window, kTracking | kPressed, kTracking | (over ? kPressed : 0));
 }
 
 void releaseCloseButton(HWND window, POINT screen) {
     bool over = hitTest(window, screen) == HTCLOSE;
-    setCaptionState(window, 0);
+    setCaptionState(window, kTracking | kPressed, 0);
     ReleaseCapture();
     if (over) SendMessageW(window, WM_SYSCOMMAND, SC_CLOSE, MAKELPARAM(screen.x, screen.y));
 }
@@ -186,7 +210,7 @@ LRESULT CALLBACK captionSubclass(HWND window, UINT message, WPARAM wParam, LPARA
     case WM_NCLBUTTONDBLCLK:
         if (wParam != HTCLOSE) break;
         SetCapture(window);
-        setCaptionState(window, kTracking | kPressed);
+        setCaptionState(window, kTracking | kPressed, kTracking | kPressed);
         return 0;
     case WM_MOUSEMOVE:
         if (!(state & kTracking)) break;
@@ -197,11 +221,14 @@ LRESULT CALLBACK captionSubclass(HWND window, UINT message, WPARAM wParam, LPARA
         releaseCloseButton(window, clientToScreen(window, lParam));
         return 0;
     case WM_CAPTURECHANGED:
-        if (state & kTracking) setCaptionState(window, 0);
+        if (state & kTracking) setCaptionState(window, kTracking | kPressed, 0);
         break;
     case WM_NCACTIVATE: {
         LRESULT result = DefSubclassProc(window, message, wParam, lParam);
-        NcDrawCaption(window, nullptr, wParam ? KXNC_ACTIVE : KXNC_INACTIVE);
+        DWORD_PTR look = wParam ? kActiveLook : 0;
+        SetWindowSubclass(window, captionSubclass, kCaptionSubclassId,
+                          (captionState(window) & ~kActiveLook) | look);
+        NcDrawCaption(window, nullptr, KXNC_CURRENT);
         return result;
     }
     case WM_SETTEXT:
@@ -251,7 +278,8 @@ int KVKIT_CALL NcDrawCaption(HWND window, HDC dc, int active) {
     CaptionLayout layout = captionLayout(window, icon != nullptr);
     int bandWidth = width(layout.band), bandHeight = layout.band.bottom - layout.band.top;
     if (bandWidth <= 0 || bandHeight <= 0) return 1;
-    bool activeColours = active == KXNC_CURRENT ? isActive(window) : active != KXNC_INACTIVE;
+    bool activeColours = active == KXNC_CURRENT ? (captionState(window) & kActiveLook) != 0
+                                                : active != KXNC_INACTIVE;
     HDC target = dc ? dc : GetWindowDC(window);
     if (!target) return 0;
     // Painted off-screen first, so that the band never flickers.

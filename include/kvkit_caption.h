@@ -19,7 +19,7 @@
 // Which colours NcDrawCaption uses.
 const int KXNC_INACTIVE = 0;
 const int KXNC_ACTIVE = 1;
-const int KXNC_CURRENT = -1;  // as the window's activation is
+const int KXNC_CURRENT = -1;  // as the last WM_NCACTIVATE asked (before one: as the window is)
 
 // The caption band's width (the window's width inside its frame) and height, into `cx` and `cy`
 // (either may be null). 0 for a missing or destroyed window.

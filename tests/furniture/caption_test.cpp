@@ -161,6 +161,15 @@ TEST_F(NcCaption, RealPaintingFollowsActivation) {
     EXPECT_EQ(GetSysColor(COLOR_INACTIVECAPTION), GetPixel(dc, band.left, band.top + 1));
     SendMessageW(tool, WM_NCACTIVATE, TRUE, 0);
     EXPECT_EQ(GetSysColor(COLOR_ACTIVECAPTION), GetPixel(dc, band.left, band.top + 1));
+
+    // Another window takes the activation; a palette asked to look active keeps that look when
+    // its frame is painted again.
+    kvtest::HostWindow other(100, 100);
+    SetActiveWindow(other);
+    EXPECT_EQ(GetSysColor(COLOR_INACTIVECAPTION), GetPixel(dc, band.left, band.top + 1));
+    SendMessageW(tool, WM_NCACTIVATE, TRUE, 0);
+    RedrawWindow(tool, nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_UPDATENOW);
+    EXPECT_EQ(GetSysColor(COLOR_ACTIVECAPTION), GetPixel(dc, band.left, band.top + 1));
     ReleaseDC(tool, dc);
 }
 
@@ -187,11 +196,26 @@ TEST_F(NcCaption, CloseButtonSendsCloseWhenReleasedOverIt) {
     ScreenToClient(tool, &clientButton);
     ScreenToClient(tool, &clientAway);
 
+    // The button's face as the window shows it.
+    auto buttonPixels = [&] {
+        HDC dc = GetWindowDC(tool);
+        std::vector<COLORREF> pixels;
+        for (int y = band.top + 2; y < band.bottom - 2; ++y)
+            for (int x = band.right - (band.bottom - band.top) + 2; x < band.right - 2; ++x)
+                pixels.push_back(GetPixel(dc, x, y));
+        ReleaseDC(tool, dc);
+        return pixels;
+    };
+    std::vector<COLORREF> raised = buttonPixels();
+
     // Pressed, moved off, released elsewhere: nothing.
     PostMessageW(tool, WM_NCLBUTTONDOWN, HTCLOSE, MAKELPARAM(button.x, button.y));
     kvtest::PumpMessages();
     EXPECT_EQ(tool, GetCapture());
+    EXPECT_NE(raised, buttonPixels());
     PostMessageW(tool, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(clientAway.x, clientAway.y));
+    kvtest::PumpMessages();
+    EXPECT_EQ(raised, buttonPixels());
     PostMessageW(tool, WM_LBUTTONUP, 0, MAKELPARAM(clientAway.x, clientAway.y));
     kvtest::PumpMessages();
     EXPECT_EQ(nullptr, GetCapture());
