@@ -168,6 +168,11 @@ void layoutBubble(HWND bubble) {
     InvalidateRect(bubble, nullptr, TRUE);
 }
 
+bool movedOrSized(LPARAM lParam) {
+    const UINT unchanged = SWP_NOMOVE | SWP_NOSIZE;
+    return (reinterpret_cast<const WINDOWPOS*>(lParam)->flags & unchanged) != unchanged;
+}
+
 bool editsText(UINT message, WPARAM wParam) {
     switch (message) {
     case WM_CHAR:
@@ -190,14 +195,19 @@ LRESULT CALLBACK fieldWatcher(HWND field, UINT message, WPARAM wParam, LPARAM lP
     // not take that one away.
     if (editsText(message, wParam) || hidden || message == WM_KILLFOCUS || message == WM_DESTROY)
         DestroyWindow(bubble);
-    else if (message == WM_WINDOWPOSCHANGED)
+    else if (message == WM_WINDOWPOSCHANGED && movedOrSized(lParam))
         layoutBubble(bubble);
     return DefSubclassProc(field, message, wParam, lParam);
 }
 
+// The bubble follows the field's top-level window and goes when that is hidden.
 LRESULT CALLBACK ownerWatcher(HWND owner, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
                               DWORD_PTR data) {
-    if (message == WM_WINDOWPOSCHANGED) layoutBubble(reinterpret_cast<HWND>(data));
+    auto bubble = reinterpret_cast<HWND>(data);
+    if (message == WM_SHOWWINDOW && !wParam)
+        DestroyWindow(bubble);
+    else if (message == WM_WINDOWPOSCHANGED && movedOrSized(lParam))
+        layoutBubble(bubble);
     return DefSubclassProc(owner, message, wParam, lParam);
 }
 

@@ -13,8 +13,9 @@
 // Hint bubble, class "KXDlgTippWndClass" (registered by InitTool): a white bubble with a text and
 // an optional icon whose stem points at a field, for example one whose format check failed. It
 // goes away when the field is edited (characters, deletion, cut, paste, undo, new text), loses the
-// focus, is hidden, disabled or destroyed, when the bubble is clicked, or by KxDlgTipp_Hide. It
-// follows the field when the field or its dialog moves. Each field has at most one bubble.
+// focus, is hidden, disabled or destroyed, when its dialog is hidden, when the bubble is clicked,
+// or by KxDlgTipp_Hide. It follows the field when the field or its dialog moves or changes size.
+// Each field has at most one bubble.
 #pragma once
 #include "kvkit_api.h"
 

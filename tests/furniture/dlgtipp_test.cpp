@@ -147,6 +147,10 @@ TEST_F(DlgTipp, OneBubblePerFieldFollowingItsDialog) {
     RECT after = windowRect(bubble);
     EXPECT_EQ(before.left + 30, after.left);
     EXPECT_EQ(before.top + 20, after.top);
+
+    // The dialog hidden: its bubbles go.
+    ShowWindow(host_, SW_HIDE);
+    EXPECT_TRUE(windowsOfClass(kTippClass).empty());
 }
 
 TEST_F(DlgTipp, AboveTheFieldAtTheBottomOfTheScreen) {
