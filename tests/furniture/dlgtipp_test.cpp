@@ -1,32 +1,28 @@
-// Hint bubbles: shape and place pointing at the field, dismissal by typing, focus loss and the
-// field's end, following the dialog, one bubble per field, and failures.
+// Hint bubbles: shape and place, what takes them away, following the dialog, one bubble per
+// field, stacking on the library's own replacement procedures, and failures.
 #include "furniture_test.h"
-#include <algorithm>
+#include <functional>
 #include "kvkit_core.h"
 #include "kvkit_dlgpaint.h"
 
-using furniture_test::windowRect;
-using furniture_test::windowsOfClass;
+using namespace furniture_test;
 
 namespace {
 
 const wchar_t kTippClass[] = L"KXDlgTippWndClass";
-const int kStemHeight = 10, kStemOffset = 16;
+const int kStem = 10, kStemOffset = 16;
 
-class DlgTipp : public furniture_test::FurnitureTest {
+class DlgTipp : public FurnitureTest {
 protected:
     DlgTipp() : host_(400, 300) {
-        field_ = host_.createChild(L"Edit", L"31.02.2024", WS_VISIBLE | WS_BORDER | WS_TABSTOP, 20, 40, 200, 22, 100);
-        other_ = host_.createChild(L"Edit", L"", WS_VISIBLE | WS_BORDER | WS_TABSTOP, 20, 200, 200, 22, 101);
+        field_ = host_.createChild(L"Edit", L"31.02.2024", WS_VISIBLE | WS_BORDER, 20, 40, 200, 22, 100);
+        other_ = host_.createChild(L"Edit", L"", WS_VISIBLE | WS_BORDER, 20, 200, 200, 22, 101);
         SetFocus(field_);
     }
-    ~DlgTipp() override {
-        for (HWND bubble : windowsOfClass(kTippClass)) DestroyWindow(bubble);
-    }
-    // Posts a key press as the keyboard does; the message loop translates it into characters.
-    void type(HWND window, UINT key) {
-        PostMessageW(window, WM_KEYDOWN, key, 1);
-        PostMessageW(window, WM_KEYUP, key, 0xC0000001);
+    // A key press as the keyboard posts it; the message loop makes the characters.
+    void type(UINT key) {
+        PostMessageW(field_, WM_KEYDOWN, key, 1);
+        PostMessageW(field_, WM_KEYUP, key, 0xC0000001);
         kvtest::PumpMessages();
     }
 
@@ -34,144 +30,85 @@ protected:
     HWND field_, other_;
 };
 
-TEST_F(DlgTipp, PointsAtTheFieldFromBelowWithoutTakingTheFocus) {
+TEST_F(DlgTipp, ShapedBubblePointsAtTheField) {
     HWND bubble = KxDlgTipp_Show(field_, L"Please enter a valid date.", KXTIPP_WARNING);
     ASSERT_NE(nullptr, bubble);
-    wchar_t name[64];
-    GetClassNameW(bubble, name, 64);
-    EXPECT_STREQ(kTippClass, name);
-    EXPECT_TRUE(IsWindowVisible(bubble));
     EXPECT_EQ(field_, GetFocus());
     EXPECT_EQ(host_.handle(), GetWindow(bubble, GW_OWNER));
-
     RECT field = windowRect(field_), placed = windowRect(bubble);
     EXPECT_EQ(field.bottom, placed.top);
     EXPECT_EQ(field.left, placed.left);
-    int width = placed.right - placed.left, height = placed.bottom - placed.top;
+    int width = placed.right - placed.left;
+    EXPECT_EQ(8 + 16 + 6 + textExtent(field_, L"Please enter a valid date.", 240).cx + 8, width);  // icon
 
-    // The window is shaped: a stem at the top pointing at the field, a body with round corners.
+    // Shaped: a narrow stem pointing at the field, round corners; white inside a frame.
     HRGN shape = CreateRectRgn(0, 0, 0, 0);
     ASSERT_NE(ERROR, GetWindowRgn(bubble, shape));
-    EXPECT_TRUE(PtInRegion(shape, kStemOffset, 2));
-    EXPECT_FALSE(PtInRegion(shape, kStemOffset - 7, 2));
-    EXPECT_FALSE(PtInRegion(shape, kStemOffset + 7, 2));
-    EXPECT_FALSE(PtInRegion(shape, 0, kStemHeight));  // round corner
-    EXPECT_TRUE(PtInRegion(shape, 4, kStemHeight + 4));
-    EXPECT_TRUE(PtInRegion(shape, width - 3, height - 6));
+    EXPECT_TRUE(PtInRegion(shape, kStemOffset, 2) && !PtInRegion(shape, kStemOffset - 7, 2));
+    EXPECT_FALSE(PtInRegion(shape, 0, kStem));
     DeleteObject(shape);
+    std::vector<COLORREF> pixels = printedClient(bubble);
+    EXPECT_EQ(RGB(255, 255, 255), pixels[(kStem + 3) * width + width / 2]);
+    EXPECT_EQ(GetSysColor(COLOR_WINDOWFRAME), pixels[kStem * width + width / 2]);
 
-    // White inside a frame, the text in the field's font.
-    int w, h;
-    std::vector<COLORREF> pixels = furniture_test::printedClient(bubble, &w, &h);
-    EXPECT_EQ(RGB(255, 255, 255), pixels[(kStemHeight + 3) * w + w / 2]);
-    EXPECT_EQ(GetSysColor(COLOR_WINDOWFRAME), pixels[kStemHeight * w + w / 2]);
-    SIZE text = furniture_test::textExtent(field_, L"Please enter a valid date.", 240,
-                                           DT_LEFT | DT_WORDBREAK | DT_NOPREFIX);
-    EXPECT_EQ(8 + 16 + 6 + text.cx + 8, width);
-    EXPECT_EQ(kStemHeight + 8 + std::max(16L, text.cy) + 8, height);
-    // The warning icon's colours sit left of the text.
-    int iconPixels = 0;
-    for (int y = kStemHeight + 8; y < kStemHeight + 24; ++y)
-        for (int x = 8; x < 24; ++x) iconPixels += pixels[y * w + x] != RGB(255, 255, 255);
-    EXPECT_GT(iconPixels, 30);
+    // At the bottom of the screen the bubble sits above the field, its stem pointing down.
+    RECT area = workArea(), host = windowRect(host_);
+    SetWindowPos(host_, nullptr, host.left, host.top + area.bottom - 10 - field.bottom, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    bubble = KxDlgTipp_Show(field_, L"Above", 0);
+    placed = windowRect(bubble);
+    EXPECT_EQ(windowRect(field_).top, placed.bottom);
 }
 
-TEST_F(DlgTipp, GoesAwayWhenTheFieldIsEdited) {
-    HWND bubble = KxDlgTipp_Show(field_, L"Please enter a valid date.", KXTIPP_ERROR);
-    // Shortcuts and caret keys are not edits.
-    PostMessageW(field_, WM_CHAR, 0x03, 1);  // Ctrl+C
-    type(field_, VK_LEFT);
-    EXPECT_TRUE(IsWindow(bubble));
-    type(field_, '7');
-    EXPECT_FALSE(IsWindow(bubble));
-    wchar_t text[32];
-    GetWindowTextW(field_, text, 32);
-    EXPECT_NE(nullptr, wcschr(text, L'7')) << "the field still takes the key";
-
-    bubble = KxDlgTipp_Show(field_, L"Delete", 0);
-    type(field_, VK_DELETE);
-    EXPECT_FALSE(IsWindow(bubble));
-    bubble = KxDlgTipp_Show(field_, L"Paste", 0);
-    SendMessageW(field_, WM_PASTE, 0, 0);
-    EXPECT_FALSE(IsWindow(bubble));
-    bubble = KxDlgTipp_Show(field_, L"New text", 0);
-    SetWindowTextW(field_, L"01.02.2024");
-    EXPECT_FALSE(IsWindow(bubble));
-}
-
-TEST_F(DlgTipp, GoesAwayWithTheFocusOrTheField) {
-    HWND bubble = KxDlgTipp_Show(field_, L"Focus", KXTIPP_INFO);
-    SetFocus(other_);
-    EXPECT_FALSE(IsWindow(bubble));
-
-    SetFocus(field_);
-    bubble = KxDlgTipp_Show(field_, L"Click", 0);
-    PostMessageW(bubble, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 20));
-    kvtest::PumpMessages();
-    EXPECT_FALSE(IsWindow(bubble));
-    EXPECT_EQ(field_, GetFocus());
-
-    bubble = KxDlgTipp_Show(field_, L"Hidden", 0);
-    ShowWindow(field_, SW_HIDE);
-    EXPECT_FALSE(IsWindow(bubble));
-    ShowWindow(field_, SW_SHOW);
-
-    bubble = KxDlgTipp_Show(field_, L"Hide", 0);
-    EXPECT_EQ(1, KxDlgTipp_Hide(field_));
-    EXPECT_FALSE(IsWindow(bubble));
-    EXPECT_EQ(0, KxDlgTipp_Hide(field_));
-
-    bubble = KxDlgTipp_Show(field_, L"Destroyed", 0);
-    DestroyWindow(field_);
-    EXPECT_FALSE(IsWindow(bubble));
+TEST_F(DlgTipp, GoesWhenTheFieldIsEditedLosesTheFocusOrGoes) {
+    std::function<void()> keeping[] = {
+        [&] { PostMessageW(field_, WM_CHAR, 0x03, 1); kvtest::PumpMessages(); },  // Ctrl+C
+        [&] { type(VK_LEFT); },
+    };
+    std::function<void()> taking[] = {
+        [&] { type('7'); },
+        [&] { type(VK_DELETE); },
+        [&] { SendMessageW(field_, WM_PASTE, 0, 0); },
+        [&] { SetWindowTextW(field_, L"01.02.2024"); },
+        [&] { SetFocus(other_); },
+        [&] { PostMessageW(windowsOfClass(kTippClass)[0], WM_LBUTTONDOWN, 0, MAKELPARAM(20, 20)); kvtest::PumpMessages(); },
+        [&] { ShowWindow(field_, SW_HIDE); },
+        [&] { EXPECT_EQ(1, KxDlgTipp_Hide(field_)); EXPECT_EQ(0, KxDlgTipp_Hide(field_)); },
+        [&] { ShowWindow(host_, SW_HIDE); },
+        [&] { DestroyWindow(field_); },
+    };
+    int index = 0;
+    for (auto& action : taking) {
+        ShowWindow(host_, SW_SHOW);
+        ShowWindow(field_, SW_SHOW);
+        SetFocus(field_);
+        HWND bubble = KxDlgTipp_Show(field_, L"Please enter a valid date.", KXTIPP_ERROR);
+        for (auto& harmless : keeping) harmless();
+        EXPECT_TRUE(IsWindow(bubble)) << index;
+        action();
+        EXPECT_FALSE(IsWindow(bubble)) << index++;
+    }
     EXPECT_TRUE(windowsOfClass(kTippClass).empty());
 }
 
 TEST_F(DlgTipp, OneBubblePerFieldFollowingItsDialog) {
     HWND bubble = KxDlgTipp_Show(field_, L"Short", 0);
     RECT first = windowRect(bubble);
-    EXPECT_EQ(bubble, KxDlgTipp_Show(field_, L"A much longer explanation of the expected format", KXTIPP_WARNING));
+    EXPECT_EQ(bubble, KxDlgTipp_Show(field_, L"A much longer explanation of the format", KXTIPP_INFO));
     EXPECT_GT(windowRect(bubble).right, first.right);
-    wchar_t text[64];
-    GetWindowTextW(bubble, text, 64);
-    EXPECT_STREQ(L"A much longer explanation of the expected format", text);
     HWND second = KxDlgTipp_Show(other_, MAKEINTRESOURCEW(16802), 0);
-    ASSERT_NE(nullptr, second);
+    wchar_t text[64];
     GetWindowTextW(second, text, 64);
     EXPECT_STREQ(L"Please enter the date as DD.MM.YYYY.", text);
     EXPECT_EQ(2u, windowsOfClass(kTippClass).size());
 
-    // The dialog moves: the bubble moves along.
     RECT before = windowRect(bubble), host = windowRect(host_);
     SetWindowPos(host_, nullptr, host.left + 30, host.top + 20, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-    RECT after = windowRect(bubble);
-    EXPECT_EQ(before.left + 30, after.left);
-    EXPECT_EQ(before.top + 20, after.top);
-
-    // The dialog hidden: its bubbles go.
-    ShowWindow(host_, SW_HIDE);
-    EXPECT_TRUE(windowsOfClass(kTippClass).empty());
+    EXPECT_EQ(before.left + 30, windowRect(bubble).left);
+    EXPECT_EQ(before.top + 20, windowRect(bubble).top);
 }
 
-TEST_F(DlgTipp, AboveTheFieldAtTheBottomOfTheScreen) {
-    RECT area = furniture_test::workArea(), host = windowRect(host_);
-    RECT field = windowRect(field_);
-    // Puts the field 10 pixels above the bottom of the work area.
-    SetWindowPos(host_, nullptr, host.left, host.top + area.bottom - 10 - field.bottom, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-    field = windowRect(field_);
-    HWND bubble = KxDlgTipp_Show(field_, L"Above", 0);
-    RECT placed = windowRect(bubble);
-    EXPECT_EQ(field.top, placed.bottom);
-    HRGN shape = CreateRectRgn(0, 0, 0, 0);
-    GetWindowRgn(bubble, shape);
-    int height = placed.bottom - placed.top;
-    EXPECT_TRUE(PtInRegion(shape, kStemOffset, height - 3));
-    EXPECT_FALSE(PtInRegion(shape, kStemOffset + 7, height - 3));
-    DeleteObject(shape);
-}
-
-// A replacement procedure of the library's own chain, as edit-field buttons install.
+// A replacement procedure of the library's own chain, as edit-field buttons install one.
 int g_replacementCalls;
 LRESULT CALLBACK countingReplacement(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     ++g_replacementCalls;
@@ -183,7 +120,7 @@ TEST_F(DlgTipp, StacksOnTheLibrarysOwnReplacementProcedure) {
     ASSERT_EQ(1, Kx1SetSubProc(field_, countingReplacement));
     HWND bubble = KxDlgTipp_Show(field_, L"Typed away", 0);
     g_replacementCalls = 0;
-    type(field_, 'X');
+    type('X');
     EXPECT_FALSE(IsWindow(bubble));
     EXPECT_GT(g_replacementCalls, 0);
     EXPECT_EQ(reinterpret_cast<LONG_PTR>(countingReplacement), GetWindowLongPtrW(field_, GWLP_WNDPROC));
@@ -191,27 +128,23 @@ TEST_F(DlgTipp, StacksOnTheLibrarysOwnReplacementProcedure) {
 }
 
 TEST_F(DlgTipp, BadInputAndNoMemoryShowNothing) {
-    HWND gone = CreateWindowW(L"Edit", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
-    DestroyWindow(gone);
-    EXPECT_EQ(nullptr, KxDlgTipp_Show(nullptr, L"x", 0));
-    EXPECT_EQ(nullptr, KxDlgTipp_Show(gone, L"x", 0));
-    EXPECT_EQ(nullptr, KxDlgTipp_Show(field_, nullptr, 0));
-    EXPECT_EQ(nullptr, KxDlgTipp_Show(field_, L"", 0));
-    EXPECT_EQ(nullptr, KxDlgTipp_Show(field_, MAKEINTRESOURCEW(9999), 0));
-    EXPECT_EQ(nullptr, KxDlgTipp_Show(field_, L"x", 4));
-    EXPECT_EQ(0, KxDlgTipp_Hide(nullptr));
-    EXPECT_EQ(0, KxDlgTipp_Hide(gone));
+    for (HWND field : {static_cast<HWND>(nullptr), DestroyedWindow()}) {
+        EXPECT_EQ(nullptr, KxDlgTipp_Show(field, L"x", 0));
+        EXPECT_EQ(0, KxDlgTipp_Hide(field));
+    }
+    for (const wchar_t* text : {static_cast<const wchar_t*>(nullptr), static_cast<const wchar_t*>(L""), static_cast<const wchar_t*>(MAKEINTRESOURCEW(9999))})
+        EXPECT_EQ(nullptr, KxDlgTipp_Show(field_, text, 0));
+    EXPECT_EQ(nullptr, KxDlgTipp_Show(field_, L"x", KXTIPP_ERROR + 1));
+    // The record; the language string, then the record.
     KvText_FailAllocation(1);
     EXPECT_EQ(nullptr, KxDlgTipp_Show(field_, L"No memory", 0));
-    KvText_FailAllocation(0);
     for (int nth = 1; nth <= 2; ++nth) {
         KvText_FailAllocation(nth);
         EXPECT_EQ(nullptr, KxDlgTipp_Show(field_, MAKEINTRESOURCEW(16802), 0)) << nth;
-        KvText_FailAllocation(0);
     }
+    KvText_FailAllocation(0);
     EXPECT_TRUE(windowsOfClass(kTippClass).empty());
-    // The field is not left watched: typing still works and a later bubble shows.
-    type(field_, 'X');
+    type('X');  // the field is not left watched
     EXPECT_NE(nullptr, KxDlgTipp_Show(field_, L"Now", 0));
 }
 
