@@ -25,7 +25,7 @@ const UINT kTextFormat = DT_LEFT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS;
 
 // Per-window state of a bubble, in GWLP_USERDATA.
 struct DlgTipp {
-    HWND field;    // pointed at; null for a bubble made without one (a plain framed box)
+    HWND field;    // pointed at
     HWND owner;    // the field's top-level window, whose moves the bubble follows
     UINT icon;     // KXTIPP_*
     SIZE text;     // the wrapped text's size
@@ -54,7 +54,7 @@ HICON tippIcon(UINT icon) {
 
 HFONT tippFont(const DlgTipp* record) {
     HFONT font = nullptr;
-    if (record && record->field) font = reinterpret_cast<HFONT>(SendMessageW(record->field, WM_GETFONT, 0, 0));
+    if (record) font = reinterpret_cast<HFONT>(SendMessageW(record->field, WM_GETFONT, 0, 0));
     return font ? font : static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
 }
 
@@ -67,14 +67,14 @@ SIZE bodySize(const DlgTipp& record) {
     return SIZE{width < kMinBodyWidth ? kMinBodyWidth : width, 2 * kPadding + contentHeight};
 }
 
-int bodyTop(const DlgTipp& record) { return record.field && !record.stemDown ? kStemHeight : 0; }
+int bodyTop(const DlgTipp& record) { return record.stemDown ? 0 : kStemHeight; }
 
 // The bubble's outline in client coordinates: the rounded body and the stem.
 HRGN bubbleRegion(const DlgTipp& record, int width, int height) {
     int top = bodyTop(record);
     int bottom = record.stemDown ? height - kStemHeight : height;
     HRGN body = CreateRoundRectRgn(0, top, width + 1, bottom + 1, kCornerDiameter, kCornerDiameter);
-    if (!body || !record.field) return body;
+    if (!body) return nullptr;
     // The stem reaches one row into the body so that the two join.
     POINT stem[3] = {{record.stemX - kStemHalfWidth, top + 1}, {record.stemX, 0},
                      {record.stemX + kStemHalfWidth, top + 1}};
@@ -141,10 +141,6 @@ void layoutBubble(HWND bubble) {
     if (!record) return;
     measureText(bubble, *record);
     SIZE body = bodySize(*record);
-    if (!record->field) {
-        SetWindowPos(bubble, nullptr, 0, 0, body.cx, body.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-        return;
-    }
     int width = body.cx, height = body.cy + kStemHeight;
     RECT field;
     GetWindowRect(record->field, &field);
@@ -213,7 +209,6 @@ LRESULT CALLBACK ownerWatcher(HWND owner, UINT message, WPARAM wParam, LPARAM lP
 
 // Attaches the watchers; -1 (creation fails) when the field cannot be watched.
 LRESULT createBubble(HWND bubble, DlgTipp* record) {
-    if (!record->field) return 0;
     if (!SetWindowSubclass(record->field, fieldWatcher, kFieldWatcherId, reinterpret_cast<DWORD_PTR>(bubble)))
         return -1;
     record->owner = GetAncestor(record->field, GA_ROOT);
@@ -226,7 +221,7 @@ LRESULT createBubble(HWND bubble, DlgTipp* record) {
 
 void detachBubble(HWND bubble, DlgTipp* record) {
     if (!record) return;
-    if (record->field && bubbleOf(record->field) == bubble)
+    if (bubbleOf(record->field) == bubble)
         RemoveWindowSubclass(record->field, fieldWatcher, kFieldWatcherId);
     if (record->owner) RemoveWindowSubclass(record->owner, ownerWatcher, reinterpret_cast<UINT_PTR>(bubble));
 }
@@ -238,10 +233,13 @@ LRESULT CALLBACK DlgTippWindowProc(HWND bubble, UINT message, WPARAM wParam, LPA
     case WM_NCCREATE: {
         auto* record = static_cast<DlgTipp*>(Mres(sizeof(DlgTipp)));
         if (!record) return FALSE;
-        // Made by KxDlgTipp_Show, the creation parameter is the field; from a dialog template it
-        // is not a window, and the bubble becomes a plain framed box.
-        auto field = static_cast<HWND>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
-        record->field = IsWindow(field) ? field : nullptr;
+        // The creation parameter is the field; a bubble without one (from a dialog template, for
+        // example) is not made.
+        record->field = static_cast<HWND>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
+        if (!IsWindow(record->field)) {
+            FreeMemory(record);
+            return FALSE;
+        }
         SetWindowLongPtrW(bubble, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(record));
         break;
     }

@@ -15,7 +15,8 @@
 // goes away when the field is edited (characters, deletion, cut, paste, undo, new text), loses the
 // focus, is hidden, disabled or destroyed, when its dialog is hidden, when the bubble is clicked,
 // or by KxDlgTipp_Hide. It follows the field when the field or its dialog moves or changes size.
-// Each field has at most one bubble.
+// Each field has at most one bubble. Bubbles are made by KxDlgTipp_Show; a window of the class
+// created without its field (from a dialog template, say) is refused.
 #pragma once
 #include "kvkit_api.h"
 

@@ -135,6 +135,7 @@ TEST_F(DlgTipp, BadInputAndNoMemoryShowNothing) {
     for (const wchar_t* text : {static_cast<const wchar_t*>(nullptr), static_cast<const wchar_t*>(L""), static_cast<const wchar_t*>(MAKEINTRESOURCEW(9999))})
         EXPECT_EQ(nullptr, KxDlgTipp_Show(field_, text, 0));
     EXPECT_EQ(nullptr, KxDlgTipp_Show(field_, L"x", KXTIPP_ERROR + 1));
+    EXPECT_EQ(nullptr, CreateWindowW(L"KXDlgTippWndClass", L"x", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr));
     // The record; the language string, then the record.
     KvText_FailAllocation(1);
     EXPECT_EQ(nullptr, KxDlgTipp_Show(field_, L"No memory", 0));
