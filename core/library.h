@@ -24,3 +24,7 @@ extern UINT g_colorClipboardFormat;
 
 // Multi-column list box: the procedure of the "KVListbox" class.
 KVKIT_API LRESULT KVKIT_CALL Kx1LbProc(HWND container, UINT message, WPARAM wParam, LPARAM lParam);
+
+// Window procedures of the dialog painting classes that InitTool registers.
+LRESULT CALLBACK DlgPaintWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+LRESULT CALLBACK DlgTippWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

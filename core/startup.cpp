@@ -61,7 +61,7 @@ int registerColorBoxClasses() {
 
 int registerDlgPaintClass() {
     if (g_dlgPaintClassRegistered) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KXDlgPaintClass", kPlainWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW windowClass = libraryClass(L"KXDlgPaintClass", DlgPaintWindowProc, CS_GLOBALCLASS);
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(LTGRAY_BRUSH));
     if (RegisterClassW(&windowClass)) g_dlgPaintClassRegistered = 1;
     return g_dlgPaintClassRegistered;
@@ -69,7 +69,7 @@ int registerDlgPaintClass() {
 
 int registerDlgTippClass() {
     if (g_dlgTippClassRegistered) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KXDlgTippWndClass", kPlainWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW windowClass = libraryClass(L"KXDlgTippWndClass", DlgTippWindowProc, CS_GLOBALCLASS);
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
     if (RegisterClassW(&windowClass)) g_dlgTippClassRegistered = 1;
     return g_dlgTippClassRegistered;
