@@ -4,6 +4,9 @@
 set -euo pipefail
 
 PACKAGES=(g++-mingw-w64-i686-posix wine wine32:i386 wine64 xvfb xauth cmake ninja-build googletest)
+# The SDK: MSVC import libraries (llvm-dlltool), the MSVC-style link check (clang-cl, lld-link),
+# the API reference (doxygen, with a filter in python3) and the ZIP.
+PACKAGES+=(llvm lld clang-tools-14 doxygen python3 zip)
 
 have_all() {
     command -v i686-w64-mingw32-g++-posix >/dev/null &&
@@ -15,7 +18,16 @@ have_all() {
     dpkg -s wine32:i386 >/dev/null 2>&1
 }
 
-if have_all; then
+have_sdk_tools() {
+    command -v llvm-dlltool >/dev/null &&
+    command -v lld-link >/dev/null &&
+    command -v clang-cl-14 >/dev/null &&
+    command -v doxygen >/dev/null &&
+    command -v python3 >/dev/null &&
+    command -v zip >/dev/null
+}
+
+if have_all && have_sdk_tools; then
     exit 0
 fi
 
