@@ -82,7 +82,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/samples/ DESTINATION samples
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/ DESTINATION examples)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/host-guide.md DESTINATION doc)
 # Written by scripts/api-reference.sh, which scripts/package.sh runs first.
-install(DIRECTORY ${PROJECT_BINARY_DIR}/doc/api/ DESTINATION doc/api OPTIONAL)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/doc/api/html/ DESTINATION doc/api OPTIONAL)
 
 configure_file(${PROJECT_SOURCE_DIR}/cmake/kvkitConfig.cmake.in
                ${PROJECT_BINARY_DIR}/package/kvkitConfig.cmake @ONLY)
