@@ -36,6 +36,11 @@ foreach(target ${KV_STANDIN_TARGETS} ${KV_SAMPLE_TARGETS})
     add_library(kvkit::${target} ALIAS ${target})
 endforeach()
 
+# The package's manifest helper, for hosts that add kvkit as a subdirectory.
+function(kvkit_use_comctl6 target)
+    kv_use_comctl6(${target})
+endfunction()
+
 # Version resources: the library's own is in res/kvkit.rc.
 foreach(target ${KV_STANDIN_TARGETS})
     kv_add_version_resource(${target} "Stand-in for the suite's ${target} library")
@@ -62,6 +67,7 @@ foreach(target kvkit ${KV_STANDIN_TARGETS})
             list(APPEND dependencies kvkit::${link})
         endif()
     endforeach()
+    list(JOIN dependencies " " dependencies)
     string(APPEND KV_PACKAGE_IMPORTS "_kvkit_import_dll(${target} ${dependencies})\n")
 endforeach()
 set(KV_PACKAGE_MODULES "")

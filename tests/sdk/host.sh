@@ -10,6 +10,8 @@ host_build=$2
 cmake --no-warn-unused-cli -G Ninja -S "$prefix/examples/customers" -B "$host_build" \
       -DCMAKE_TOOLCHAIN_FILE="$prefix/lib/cmake/kvkit/mingw-i686.cmake" \
       -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Release >/dev/null
+# Relinked every time, so that its post-build step copies the DLLs just installed.
+rm -f "$host_build/customers.exe"
 cmake --build "$host_build" >/dev/null
 # It runs on what its build copied beside it, nothing of the kvkit build tree.
 cd "$host_build"
