@@ -394,6 +394,58 @@ INT_PTR CALLBACK closingDialogProc(HWND dialog, UINT message, WPARAM, LPARAM) {
     if (message == WM_COMMAND) EndDialog(dialog, 0);
     return message == WM_INITDIALOG;
 }
+
+HHOOK g_messageBoxCloser;
+
+LRESULT CALLBACK closeMessageBox(int code, WPARAM wParam, LPARAM lParam) {
+    wchar_t name[16] = L"";
+    if (code == HCBT_ACTIVATE && GetClassNameW(reinterpret_cast<HWND>(wParam), name, 16) &&
+        lstrcmpW(name, L"#32770") == 0)
+        PostMessageW(reinterpret_cast<HWND>(wParam), WM_COMMAND, IDOK, 0);
+    return CallNextHookEx(g_messageBoxCloser, code, wParam, lParam);
+}
+
+// A popup menu with a checked entry and a submenu, one entry highlighted, then ended: its font,
+// check and arrow bitmaps and regions stay cached.
+void showPopupMenu(HostWindow& owner) {
+    int idle = 0;
+    owner.setHandler([&](HWND, UINT message, WPARAM kind, LPARAM menuWindow, LRESULT*) {
+        if (message != WM_ENTERIDLE || kind != MSGF_MENU) return false;
+        if (idle++ == 0) PostMessageW(reinterpret_cast<HWND>(menuWindow), WM_KEYDOWN, VK_DOWN, 1);
+        else EndMenu();
+        return true;
+    });
+    HMENU menu = CreatePopupMenu();
+    AppendMenuW(menu, MF_STRING, 1, L"&Entry");
+    AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+    AppendMenuW(menu, MF_STRING | MF_CHECKED, 2, L"Checked");
+    HMENU sub = CreatePopupMenu();
+    AppendMenuW(sub, MF_STRING, 3, L"Sub");
+    AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(sub), L"More");
+    TrackPopupMenu(menu, TPM_RETURNCMD, 50, 50, 0, owner, nullptr);
+    DestroyMenu(menu);
+    owner.setHandler(nullptr);
+    PumpMessages();
+}
+
+// A tooltip shown once for a button under the mouse.
+void showTooltip(HostWindow& owner) {
+    HWND button = owner.createChild(L"Button", L"x", WS_VISIBLE, 0, 0, 40, 20, 1);
+    HWND tip = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP,
+                               0, 0, 0, 0, owner, nullptr, GetModuleHandleW(nullptr), nullptr);
+    TTTOOLINFOW tool = {};
+    tool.cbSize = sizeof(tool);
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.hwnd = owner;
+    tool.uId = reinterpret_cast<UINT_PTR>(button);
+    tool.lpszText = const_cast<wchar_t*>(L"warm-up");
+    SendMessageW(tip, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    SendMessageW(tip, TTM_TRACKACTIVATE, TRUE, reinterpret_cast<LPARAM>(&tool));
+    SendMessageW(tip, TTM_POPUP, 0, 0);
+    PumpFor(50);
+    DestroyWindow(tip);
+    DestroyWindow(button);
+}
 }  // namespace
 
 void WarmUpSystemCaches() {
@@ -426,6 +478,19 @@ void WarmUpSystemCaches() {
     PumpMessages();
     // The first beep starts the sound system's thread, which then stays.
     MessageBeep(0);
+    {
+        HostWindow owner(200, 100);
+        showPopupMenu(owner);
+        showTooltip(owner);
+        // A message box loads the shared standard icons.
+        g_messageBoxCloser = SetWindowsHookExW(WH_CBT, closeMessageBox, nullptr, GetCurrentThreadId());
+        MessageBoxW(owner, L"warm-up", L"warm-up", MB_OK | MB_ICONINFORMATION);
+        UnhookWindowsHookEx(g_messageBoxCloser);
+        for (const wchar_t* icon : {IDI_APPLICATION, IDI_ERROR, IDI_WARNING, IDI_INFORMATION, IDI_QUESTION})
+            LoadIconW(nullptr, icon);
+    }
+    // The first debug output (GoogleTest writes failures there too) opens two handles for good.
+    OutputDebugStringW(L"");
     // GoogleTest's first thread-local value (a scoped trace) starts its watcher thread.
     { SCOPED_TRACE("warm-up"); }
 }
