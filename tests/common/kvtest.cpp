@@ -68,27 +68,35 @@ std::vector<UINT_PTR> KernelHandleValues() {
 DWORD KernelHandles() { return static_cast<DWORD>(KernelHandleValues().size()); }
 
 namespace {
-// The object type of a handle ("Event", "Thread", ...), for failure messages.
-std::string handleType(UINT_PTR value) {
+// The object type of a handle and its name if it has one ("Event", "Mutant DBWinMutex", ...),
+// for failure messages.
+std::string describeHandle(UINT_PTR value) {
     union {
-        PUBLIC_OBJECT_TYPE_INFORMATION info;
-        BYTE space[512];
+        PUBLIC_OBJECT_TYPE_INFORMATION type;
+        UNICODE_STRING name;
+        BYTE space[1024];
     } buffer = {};
     ULONG length = 0;
-    if (NtQueryObject(reinterpret_cast<HANDLE>(value), ObjectTypeInformation, &buffer,
-                      sizeof(buffer), &length) != 0)
-        return "?";
-    std::string name;
-    for (USHORT i = 0; i < buffer.info.TypeName.Length / 2; ++i)
-        name += static_cast<char>(buffer.info.TypeName.Buffer[i]);
-    return name;
+    HANDLE handle = reinterpret_cast<HANDLE>(value);
+    auto narrow = [](const UNICODE_STRING& text) {
+        std::string result;
+        for (USHORT i = 0; i < text.Length / 2; ++i) result += static_cast<char>(text.Buffer[i]);
+        return result;
+    };
+    if (NtQueryObject(handle, ObjectTypeInformation, &buffer, sizeof(buffer), &length) != 0) return "?";
+    std::string description = narrow(buffer.type.TypeName);
+    const auto kObjectNameInformation = static_cast<OBJECT_INFORMATION_CLASS>(1);
+    if (NtQueryObject(handle, kObjectNameInformation, &buffer, sizeof(buffer), &length) == 0 &&
+        buffer.name.Length)
+        description += " " + narrow(buffer.name);
+    return description;
 }
 
 std::string describeNewHandles(const std::vector<UINT_PTR>& before, const std::vector<UINT_PTR>& now) {
     std::string text;
     for (UINT_PTR value : now)
         if (std::find(before.begin(), before.end(), value) == before.end())
-            text += " 0x" + std::to_string(value) + " " + handleType(value);
+            text += " 0x" + std::to_string(value) + " " + describeHandle(value);
     return text;
 }
 }  // namespace
@@ -489,8 +497,10 @@ void WarmUpSystemCaches() {
         for (const wchar_t* icon : {IDI_APPLICATION, IDI_ERROR, IDI_WARNING, IDI_INFORMATION, IDI_QUESTION})
             LoadIconW(nullptr, icon);
     }
-    // The first debug output (GoogleTest writes failures there too) opens two handles for good.
-    OutputDebugStringW(L"");
+    // The first debug output of each form opens handles for good; GoogleTest writes every
+    // failure there too.
+    OutputDebugStringA("kvtest: warm-up\n");
+    OutputDebugStringW(L"kvtest: warm-up\n");
     // GoogleTest's first thread-local value (a scoped trace) starts its watcher thread.
     { SCOPED_TRACE("warm-up"); }
 }
