@@ -135,13 +135,12 @@ void onCancel(HWND window, DragRecord* record) {
 }
 
 // Tells the owner (unless told already), detaches the record and puts the previous procedure
-// back, gives back the focus it still holds, destroys the caller's cursors and frees the record.
+// back, destroys the caller's cursors and frees the record.
 void onDestroy(HWND window, DragRecord* record) {
     if (!(record->flags & kOwnerNotified)) notifyOwner(record, KVDD_ENDED);
     SetWindowLongPtrW(window, GWLP_USERDATA, 0);
     if (record->previousProc)
         SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(record->previousProc));
-    giveBackFocus(window, record);
     HCURSOR current = GetCursor();
     bool ownRefuse = record->flags & kOwnRefuseCursor, ownAccept = record->flags & kOwnAcceptCursor;
     // A cursor still shown cannot be destroyed.
@@ -183,6 +182,9 @@ LRESULT CALLBACK dragWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_SYSCOMMAND:
         return 0;
     case KVDD_FINISH:
+        // Ended by Escape or a lost capture, the drag still holds the focus: with the option it
+        // goes back before the destruction hands it to another window.
+        giveBackFocus(window, record);
         DestroyWindow(window);
         return 0;
     case WM_DESTROY: {
@@ -234,7 +236,12 @@ int KVKIT_CALL Kx1StartGlobalDragAndDrop(long options, KVDDFormat format, HWND o
     if (acceptCursor) record->flags |= kOwnAcceptCursor;
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(record));
 
-    if (GetFocus() != window) record->previousFocus = SetFocus(window);
+    // Read first: activating the drag window may hand it the focus before SetFocus returns.
+    HWND focus = GetFocus();
+    if (focus != window) {
+        record->previousFocus = focus;
+        SetFocus(window);
+    }
     record->previousCapture = SetCapture(window);
     return KVDD_STARTED;
 }
