@@ -26,9 +26,69 @@ struct TreeDrag {
 };
 TreeDrag g_treeDrag;
 
+// Characters of a label painted into a drag image.
+const int kLabelCapacity = 260;
+// Space between an item's picture and its label.
+const int kPictureGap = 3;
+
+COLORREF treeColour(HWND tree, UINT message, int systemColour) {
+    COLORREF colour = static_cast<COLORREF>(SendMessageW(tree, message, 0, 0));
+    return colour == CLR_NONE ? GetSysColor(systemColour) : colour;
+}
+
+// The item's picture and label as the tree shows them unselected, on a transparent background.
+HIMAGELIST paintDragImage(HWND tree, HTREEITEM item) {
+    RECT label;
+    if (!TreeLabelRect(tree, item, &label)) return nullptr;
+    auto pictures = reinterpret_cast<HIMAGELIST>(SendMessageW(tree, TVM_GETIMAGELIST, TVSIL_NORMAL, 0));
+    int pictureWidth = 0, pictureHeight = 0;
+    if (pictures) ImageList_GetIconSize(pictures, &pictureWidth, &pictureHeight);
+    int textLeft = pictures ? pictureWidth + kPictureGap : 0;
+    int width = textLeft + label.right - label.left;
+    int height = label.bottom - label.top > pictureHeight ? label.bottom - label.top : pictureHeight;
+    TVITEMW data = {};
+    wchar_t text[kLabelCapacity] = L"";
+    data.mask = TVIF_IMAGE | TVIF_TEXT | TVIF_HANDLE;
+    data.hItem = item;
+    data.pszText = text;
+    data.cchTextMax = kLabelCapacity;
+    SendMessageW(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&data));
+
+    COLORREF background = treeColour(tree, TVM_GETBKCOLOR, COLOR_WINDOW);
+    HDC screen = GetDC(tree);
+    HDC dc = CreateCompatibleDC(screen);
+    HBITMAP picture = CreateCompatibleBitmap(screen, width, height);
+    HIMAGELIST image = ImageList_Create(width, height, ILC_COLOR24 | ILC_MASK, 1, 0);
+    if (dc && picture && image) {
+        HGDIOBJ oldBitmap = SelectObject(dc, picture);
+        HBRUSH brush = CreateSolidBrush(background);
+        RECT all = {0, 0, width, height};
+        FillRect(dc, &all, brush);
+        DeleteObject(brush);
+        if (pictures) ImageList_Draw(pictures, data.iImage, dc, 0, (height - pictureHeight) / 2, ILD_NORMAL);
+        HGDIOBJ oldFont = SelectObject(dc, reinterpret_cast<HGDIOBJ>(SendMessageW(tree, WM_GETFONT, 0, 0)));
+        SetBkMode(dc, TRANSPARENT);
+        SetTextColor(dc, treeColour(tree, TVM_GETTEXTCOLOR, COLOR_WINDOWTEXT));
+        RECT textRect = {textLeft, 0, width, height};
+        DrawTextW(dc, data.pszText, -1, &textRect, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+        SelectObject(dc, oldFont);
+        SelectObject(dc, oldBitmap);
+        ImageList_AddMasked(image, picture, background);
+    }
+    if (picture) DeleteObject(picture);
+    if (dc) DeleteDC(dc);
+    ReleaseDC(tree, screen);
+    return image;
+}
+
+// The tree's own drag image of the item; when the tree makes none (or an empty one), a picture
+// of the item painted here.
 HIMAGELIST createDragImage(HWND tree, HTREEITEM item) {
-    return reinterpret_cast<HIMAGELIST>(
+    auto image = reinterpret_cast<HIMAGELIST>(
         SendMessageW(tree, TVM_CREATEDRAGIMAGE, 0, reinterpret_cast<LPARAM>(item)));
+    if (image && ImageList_GetImageCount(image) > 0) return image;
+    if (image) ImageList_Destroy(image);
+    return paintDragImage(tree, item);
 }
 
 void setDropHighlight(HWND tree, HTREEITEM item) {

@@ -86,10 +86,17 @@ protected:
         }
         tree = host->createChild(WC_TREEVIEWW, L"", WS_VISIBLE | TVS_HASLINES | TVS_SHOWSELALWAYS, 260,
                                  0, 260, 360, kTreeId);
+        // The tree makes drag images only of items with a picture.
+        treeImages = ImageList_Create(16, 16, ILC_COLOR24, 1, 0);
+        HBITMAP picture = kvtest::MakeBitmap(16, 16, [](int x, int y) { return RGB(40, 120 + x * 8, 200 - y * 8); });
+        ImageList_Add(treeImages, picture, nullptr);
+        DeleteObject(picture);
+        TreeView_SetImageList(tree, treeImages, TVSIL_NORMAL);
         for (int i = 0; i < 8; ++i) {
             wchar_t name[16];
             swprintf(name, 16, L"Item %d", i);
-            items.push_back(KxTreeView_InsertItem(tree, nullptr, nullptr, nullptr, nullptr, nullptr, name, i, 0));
+            int image = 0;
+            items.push_back(KxTreeView_InsertItem(tree, nullptr, nullptr, nullptr, nullptr, &image, name, i, 0));
         }
         host->setHandler([this](HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT*) {
             return forward(message, wParam, lParam);
@@ -102,6 +109,7 @@ protected:
         MouseButton(MOUSEEVENTF_LEFTUP);
         kvtest::PumpMessages();
         host.reset();
+        ImageList_Destroy(treeImages);
         KvTest::TearDown();
     }
 
@@ -153,6 +161,7 @@ protected:
     HWND list = nullptr;
     HWND tree = nullptr;
     std::vector<HTREEITEM> items;
+    HIMAGELIST treeImages = nullptr;
     // How the host forwards a drag.
     Mode listMode = kWithin;
     Mode treeMode = kWithin;

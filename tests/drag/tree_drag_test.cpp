@@ -295,3 +295,79 @@ TEST(DragExports, ResolveByPlainName) {
 }
 
 }  // namespace
+
+namespace {
+
+// The screen's pixels over the window (frame and children included).
+std::vector<COLORREF> screenOf(HWND window) {
+    RECT rect;
+    GetWindowRect(window, &rect);
+    int width = rect.right - rect.left, height = rect.bottom - rect.top;
+    kvtest::Canvas canvas(width, height);
+    HDC screen = GetDC(nullptr);
+    BitBlt(canvas.dc(), 0, 0, width, height, screen, rect.left, rect.top, SRCCOPY);
+    ReleaseDC(nullptr, screen);
+    std::vector<COLORREF> pixels;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) pixels.push_back(canvas.pixel(x, y));
+    return pixels;
+}
+
+int differences(const std::vector<COLORREF>& a, const std::vector<COLORREF>& b) {
+    int count = 0;
+    for (size_t i = 0; i < a.size() && i < b.size(); ++i) count += a[i] != b[i];
+    return count;
+}
+
+// Pixels that change when the window and its children paint themselves again: what a drag image
+// left on the screen.
+int leftOnScreen(HWND window) {
+    kvtest::PumpFor(30);
+    std::vector<COLORREF> before = screenOf(window);
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    kvtest::PumpFor(30);
+    return differences(before, screenOf(window));
+}
+
+TEST_F(DragTest, TheDragImageFollowsTheMouseAndLeavesNoTrail) {
+    // The image is watched over the empty part of each control, where nothing else changes.
+    RECT frame;
+    GetWindowRect(*host, &frame);
+    int frameWidth = frame.right - frame.left;
+    // Pixels of the screen shot that differ near the cursor (a point of `control`).
+    auto nearCursor = [&](const std::vector<COLORREF>& a, const std::vector<COLORREF>& b, HWND control, POINT at) {
+        ClientToScreen(control, &at);
+        int count = 0;
+        for (int y = at.y - frame.top; y < at.y - frame.top + 8; ++y)
+            for (int x = at.x - frame.left; x < at.x - frame.left + 24; ++x)
+                count += a[y * frameWidth + x] != b[y * frameWidth + x];
+        return count;
+    };
+    auto drag = [&](HWND control, POINT start, bool cancel) {
+        POINT empty = {60, 300};
+        PressAndPull(control, start);
+        for (int step = 3; step >= 0; --step) MoveMouse(control, empty.x + 9 * step, empty.y - 7 * step);
+        std::vector<COLORREF> during = screenOf(*host);
+        if (cancel) {
+            SetFocus(control);
+            PressKey(VK_ESCAPE);
+        }
+        Release();
+        int trail = leftOnScreen(*host);
+        return std::make_pair(nearCursor(during, screenOf(*host), control, empty), trail);
+    };
+    for (bool cancel : {false, true}) {
+        SCOPED_TRACE(cancel ? "cancelled" : "dropped");
+        for (Mode mode : {kWithin, kTowards}) {
+            treeMode = listMode = mode;
+            auto tree1 = drag(tree, onItem(items[2]), cancel);
+            EXPECT_GT(tree1.first, 10);
+            EXPECT_EQ(0, tree1.second);
+            auto list1 = drag(list, onRow(2), cancel);
+            EXPECT_GT(list1.first, 10);
+            EXPECT_EQ(0, list1.second);
+        }
+    }
+}
+
+}  // namespace
