@@ -1,7 +1,6 @@
 // A customer list (report view, three columns) and a contact tree in a host window whose
 // WM_NOTIFY handling acts as a host's: it starts the edit that the editor asks for and stores
-// committed texts. Every notification the parent receives is logged; keys and clicks come as real
-// input (SendInput).
+// committed texts. Every notification is logged; keys and clicks come as real input (SendInput).
 #pragma once
 #include "kvtest.h"
 #include <commctrl.h>
@@ -12,18 +11,16 @@
 #include "kvkit_listview.h"
 #include "kvkit_treeview.h"
 
-// One notification received by the parent. `text` is what the notification carried (null: the
-// flag hasText is false); the receiver freed the block.
+// One notification the parent received; the text block was freed after copying.
 struct EditNote {
     UINT code;
-    int row;          // list: item.iItem
-    int column;       // list: item.iSubItem
+    int row, column;  // list: item.iItem, item.iSubItem
     HTREEITEM item;   // tree: item.hItem
     bool hasText;
     std::wstring text;
-    int length;       // item.cchTextMax
-    LPARAM value;     // item.lParam
-    int image;        // item.iImage
+    int length;    // item.cchTextMax
+    LPARAM value;  // item.lParam
+    int image;     // item.iImage
 };
 
 class EditTest : public kvtest::KvTest {
@@ -39,10 +36,11 @@ protected:
         KxListView_AddHeader(list, L"Customer", 0, 120);
         KxListView_AddHeader(list, L"City", 1, 100);
         KxListView_AddHeader(list, L"Orders", 2, 60);
-        addRow(501, L"Berg & Co", L"Bremen", L"12");
-        addRow(502, L"Falk", L"Fulda", L"3");
-        addRow(503, L"Haas AG", L"Hameln", L"40");
-        addRow(504, L"Lind GmbH", L"Jena", L"7");
+        const wchar_t* const rows[][3] = {{L"Berg & Co", L"Bremen", L"12"}, {L"Falk", L"Fulda", L"3"},
+                                          {L"Haas AG", L"Hameln", L"40"}, {L"Lind GmbH", L"Jena", L"7"}};
+        for (int row = 0; row < 4; ++row)
+            for (int column = 0; column < 3; ++column)
+                KxListView_AddSpalte(list, row, column, rows[row][column], -1, column ? 0 : 501 + row);
         tree = host->createChild(WC_TREEVIEWW, L"", WS_VISIBLE | TVS_HASBUTTONS | TVS_HASLINES |
                                  TVS_LINESATROOT | TVS_SHOWSELALWAYS, 0, 170, 420, 150, kTreeId);
         berg = KxTreeView_InsertItem(tree, nullptr, nullptr, nullptr, nullptr, nullptr, L"Berg & Co", 1001, 0);
@@ -57,38 +55,27 @@ protected:
         kvtest::PumpMessages();
     }
     void TearDown() override {
-        releaseKeys();
+        send({key(VK_SHIFT, true)});
         host.reset();
         KvTest::TearDown();
     }
 
-    void addRow(LPARAM value, const wchar_t* name, const wchar_t* city, const wchar_t* orders) {
-        int row = ListView_GetItemCount(list);
-        KxListView_AddSpalte(list, row, 0, name, -1, value);
-        KxListView_AddSpalte(list, row, 1, city, -1, 0);
-        KxListView_AddSpalte(list, row, 2, orders, -1, 0);
-    }
     std::wstring cell(int row, int column) const {
         wchar_t text[260] = L"";
         ListView_GetItemText(list, row, column, text, 260);
         return text;
     }
-    std::wstring label(HTREEITEM item) const {
-        wchar_t text[260] = L"";
-        TVITEMW data = {};
-        data.mask = TVIF_TEXT | TVIF_HANDLE;
-        data.hItem = item;
-        data.pszText = text;
-        data.cchTextMax = 260;
-        TreeView_GetItem(tree, &data);
-        return text;
-    }
     HWND listEditor() const { return GetDlgItem(list, KX_LISTEDIT_ID); }
     HWND treeEditor() const { return GetDlgItem(tree, KX_TREEEDIT_ID); }
-    std::wstring textOf(HWND window) const {
+    static std::wstring textOf(HWND window) {
         wchar_t text[300] = L"";
         GetWindowTextW(window, text, 300);
         return text;
+    }
+    static std::wstring classOf(HWND window) {
+        wchar_t name[40] = L"";
+        GetClassNameW(window, name, 40);
+        return name;
     }
     // The window's rectangle in its parent's client coordinates.
     static RECT placeOf(HWND window) {
@@ -96,12 +83,6 @@ protected:
         GetWindowRect(window, &rect);
         MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&rect), 2);
         return rect;
-    }
-    std::vector<EditNote> notes(UINT code) const {
-        std::vector<EditNote> selected;
-        for (const EditNote& note : log)
-            if (note.code == code) selected.push_back(note);
-        return selected;
     }
 
     // --- real input ---------------------------------------------------------------------------
@@ -122,31 +103,26 @@ protected:
     }
     static void type(const wchar_t* text) {
         std::vector<INPUT> inputs;
-        for (; *text; ++text) {
-            INPUT input = {};
-            input.type = INPUT_KEYBOARD;
-            input.ki.wScan = *text;
-            input.ki.dwFlags = KEYEVENTF_UNICODE;
-            inputs.push_back(input);
-            input.ki.dwFlags |= KEYEVENTF_KEYUP;
-            inputs.push_back(input);
-        }
+        for (; *text; ++text)
+            for (DWORD up : {0, KEYEVENTF_KEYUP}) {
+                INPUT input = {};
+                input.type = INPUT_KEYBOARD;
+                input.ki.wScan = *text;
+                input.ki.dwFlags = KEYEVENTF_UNICODE | up;
+                inputs.push_back(input);
+            }
         send(inputs);
     }
-    static void releaseKeys() { send({key(VK_SHIFT, true)}); }
-    // Clicks (twice for a double click) at a point of the window's client area.
-    static void click(HWND window, int x, int y, int times = 1) {
+    static void doubleClick(HWND window, int x, int y) {
         POINT point = {x, y};
         ClientToScreen(window, &point);
         SetCursorPos(point.x, point.y);
         std::vector<INPUT> inputs;
-        for (int i = 0; i < times; ++i) {
-            for (DWORD flag : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
-                INPUT input = {};
-                input.type = INPUT_MOUSE;
-                input.mi.dwFlags = flag;
-                inputs.push_back(input);
-            }
+        for (DWORD flag : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP, MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
+            INPUT input = {};
+            input.type = INPUT_MOUSE;
+            input.mi.dwFlags = flag;
+            inputs.push_back(input);
         }
         send(inputs);
     }
@@ -156,35 +132,27 @@ protected:
     HWND tree = nullptr;
     HTREEITEM berg, anna, lind;
     std::vector<EditNote> log;
-    // How the parent answers a request for another cell: with a new edit box (the host's usual
-    // answer) unless switched off.
-    bool followRequests = true;
-    bool storeTexts = true;
-    BYTE requestStyle = 0;
+    bool followRequests = true;  // the parent answers a request for another cell with an edit
 
 private:
     bool onNotify(NMHDR* header) {
         if (header->hwndFrom == list &&
             (header->code == LVN_BEGINLABELEDITW || header->code == LVN_ENDLABELEDITW)) {
-            auto* info = reinterpret_cast<NMLVDISPINFOW*>(header);
-            record(header->code, info->item.iItem, info->item.iSubItem, nullptr, info->item.pszText,
-                   info->item.cchTextMax, info->item.lParam, info->item.iImage);
+            LVITEMW& item = reinterpret_cast<NMLVDISPINFOW*>(header)->item;
+            record(header->code, item.iItem, item.iSubItem, nullptr, item.pszText, item.cchTextMax,
+                   item.lParam, item.iImage);
             if (header->code == LVN_BEGINLABELEDITW && followRequests)
-                KxListView_SetEdit(list, nullptr, info->item.iItem, info->item.iSubItem, requestStyle,
-                                   -1, nullptr, 0);
+                KxListView_SetEdit(list, nullptr, item.iItem, item.iSubItem, 0, -1, nullptr, 0);
             if (header->code == LVN_ENDLABELEDITW) {
-                if (info->item.pszText && storeTexts)
-                    ListView_SetItemText(list, info->item.iItem, info->item.iSubItem % 1000,
-                                         info->item.pszText);
-                FreeMemory(info->item.pszText);
+                if (item.pszText) ListView_SetItemText(list, item.iItem, item.iSubItem % 1000, item.pszText);
+                FreeMemory(item.pszText);
             }
             return true;
         }
         if (header->hwndFrom == tree && header->code == TVN_ENDLABELEDITW) {
-            auto* info = reinterpret_cast<NMTVDISPINFOW*>(header);
-            record(header->code, -1, -1, info->item.hItem, info->item.pszText, info->item.cchTextMax,
-                   info->item.lParam, info->item.iImage);
-            FreeMemory(info->item.pszText);
+            TVITEMW& item = reinterpret_cast<NMTVDISPINFOW*>(header)->item;
+            record(header->code, -1, -1, item.hItem, item.pszText, item.cchTextMax, item.lParam, item.iImage);
+            FreeMemory(item.pszText);
             return true;
         }
         return false;
