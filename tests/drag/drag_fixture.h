@@ -1,6 +1,6 @@
 // A host window with a customer list (report view) and a flat tree, whose parent forwards the
-// drag notifications and the captured mouse to the library's handlers as a host does. The mouse
-// is the real one: the cursor is set and the buttons pressed with SendInput.
+// drag notifications, the captured mouse, the scroll timer, Escape and a lost capture to the
+// library's handlers as a host does. The mouse is the real one: SetCursorPos and SendInput.
 #pragma once
 #include "kvtest.h"
 #include <commctrl.h>
@@ -21,52 +21,49 @@ inline void MoveMouse(HWND window, int x, int y) {
     SetCursorPos(point.x, point.y);
     kvtest::PumpFor(15);
 }
-inline void MouseButton(DWORD flag) {
+inline void SendInputs(std::vector<INPUT> inputs) {
+    SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+    kvtest::PumpFor(30);
+}
+inline INPUT MouseInput(DWORD flag) {
     INPUT input = {};
     input.type = INPUT_MOUSE;
     input.mi.dwFlags = flag;
-    SendInput(1, &input, sizeof(input));
+    return input;
 }
+inline void Release() { SendInputs({MouseInput(MOUSEEVENTF_LEFTUP)}); }
 inline void PressKey(WORD key) {
     INPUT inputs[2] = {};
     inputs[0].type = inputs[1].type = INPUT_KEYBOARD;
     inputs[0].ki.wVk = inputs[1].ki.wVk = key;
     inputs[1].ki.dwFlags = KEYEVENTF_KEYUP;
-    SendInput(2, inputs, sizeof(INPUT));
-    kvtest::PumpFor(15);
+    SendInputs({inputs[0], inputs[1]});
 }
 // Presses the left button at a point of the window and moves the mouse far enough for the
-// control to see a drag.
+// control to see a drag. A press near the last one and soon after it would be a double click,
+// which starts no drag: it moves a little to the side.
 inline void PressAndPull(HWND window, POINT at) {
-    // A press close to the last one, soon after it, would be a double click, which starts no drag.
     static DWORD lastTime;
-    static POINT lastPoint;
+    static POINT last;
     POINT screen = at;
     ClientToScreen(window, &screen);
-    if (GetTickCount() - lastTime < GetDoubleClickTime() &&
-        abs(screen.x - lastPoint.x) <= GetSystemMetrics(SM_CXDOUBLECLK) &&
-        abs(screen.y - lastPoint.y) <= GetSystemMetrics(SM_CYDOUBLECLK)) {
-        at.x += GetSystemMetrics(SM_CXDOUBLECLK) + 2;
-        screen.x += GetSystemMetrics(SM_CXDOUBLECLK) + 2;
+    int sideways = GetSystemMetrics(SM_CXDOUBLECLK) + 2;
+    if (GetTickCount() - lastTime < GetDoubleClickTime() && abs(screen.x - last.x) < sideways &&
+        abs(screen.y - last.y) < sideways) {
+        at.x += sideways;
+        screen.x += sideways;
     }
     lastTime = GetTickCount();
-    lastPoint = screen;
+    last = screen;
     MoveMouse(window, at.x, at.y);
-    MouseButton(MOUSEEVENTF_LEFTDOWN);
-    POINT pulled = {at.x + 2, at.y + 2 * GetSystemMetrics(SM_CYDRAG) + 6};
-    ClientToScreen(window, &pulled);
-    SetCursorPos(pulled.x, pulled.y);
-    kvtest::PumpFor(30);
-}
-inline void Release() {
-    MouseButton(MOUSEEVENTF_LEFTUP);
+    INPUT press = MouseInput(MOUSEEVENTF_LEFTDOWN);
+    SendInput(1, &press, sizeof(INPUT));
+    SetCursorPos(screen.x + 2, screen.y + 2 * GetSystemMetrics(SM_CYDRAG) + 6);
     kvtest::PumpFor(30);
 }
 
 class DragTest : public kvtest::KvTest {
 protected:
-    static const int kListId = 400;
-    static const int kTreeId = 401;
     enum Mode { kWithin, kTowards };
     enum TreeEnd { kPlainEnd, kWithMove, kMoveUnder };
 
@@ -74,30 +71,21 @@ protected:
         KvTest::SetUp();
         host = std::make_unique<kvtest::HostWindow>(520, 360);
         list = host->createChild(WC_LISTVIEWW, L"", WS_VISIBLE | LVS_REPORT | LVS_SHOWSELALWAYS, 0, 0,
-                                 250, 360, kListId);
+                                 250, 360, 400);
         KxListView_AddHeader(list, L"Customer", 0, 120);
         KxListView_AddHeader(list, L"City", 1, 100);
         for (int row = 0; row < 8; ++row) {
-            wchar_t name[16], city[16];
-            swprintf(name, 16, L"Customer %d", row);
-            swprintf(city, 16, L"City %d", row);
-            KxListView_AddSpalte(list, row, 0, name, -1, 100 + row);
-            KxListView_AddSpalte(list, row, 1, city, -1, 0);
+            KxListView_AddSpalte(list, row, 0, (L"Customer " + std::to_wstring(row)).c_str(), -1, 100 + row);
+            KxListView_AddSpalte(list, row, 1, (L"City " + std::to_wstring(row)).c_str(), -1, 0);
         }
-        tree = host->createChild(WC_TREEVIEWW, L"", WS_VISIBLE | TVS_HASLINES | TVS_SHOWSELALWAYS, 260,
-                                 0, 260, 360, kTreeId);
-        // The tree makes drag images only of items with a picture.
+        tree = host->createChild(WC_TREEVIEWW, L"", WS_VISIBLE | TVS_HASLINES | TVS_SHOWSELALWAYS, 260, 0,
+                                 260, 360, 401);
         treeImages = ImageList_Create(16, 16, ILC_COLOR24, 1, 0);
         HBITMAP picture = kvtest::MakeBitmap(16, 16, [](int x, int y) { return RGB(40, 120 + x * 8, 200 - y * 8); });
         ImageList_Add(treeImages, picture, nullptr);
         DeleteObject(picture);
         TreeView_SetImageList(tree, treeImages, TVSIL_NORMAL);
-        for (int i = 0; i < 8; ++i) {
-            wchar_t name[16];
-            swprintf(name, 16, L"Item %d", i);
-            int image = 0;
-            items.push_back(KxTreeView_InsertItem(tree, nullptr, nullptr, nullptr, nullptr, &image, name, i, 0));
-        }
+        for (int i = 0; i < 8; ++i) addItem(i);
         host->setHandler([this](HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT*) {
             return forward(message, wParam, lParam);
         });
@@ -106,31 +94,32 @@ protected:
         kvtest::PumpMessages();
     }
     void TearDown() override {
-        MouseButton(MOUSEEVENTF_LEFTUP);
-        kvtest::PumpMessages();
+        Release();
         host.reset();
         ImageList_Destroy(treeImages);
         KvTest::TearDown();
     }
 
-    // Row values of the list, top to bottom.
+    void addItem(int value, HTREEITEM parent = nullptr) {
+        items.push_back(KxTreeView_InsertItem(tree, nullptr, parent, nullptr, nullptr, nullptr,
+                                              (L"Item " + std::to_wstring(value)).c_str(), value, 0));
+    }
     std::vector<int> rowValues() const {
         std::vector<int> values;
         for (int row = 0; row < ListView_GetItemCount(list); ++row)
             values.push_back(static_cast<int>(KxListView_GetItemData(list, row)));
         return values;
     }
-    // Values of the tree's items in pre-order, children after their parent as -(value) - 100.
+    // Item values in pre-order; an item n levels down shows as -(value) - 100 n.
     std::vector<int> treeValues(HTREEITEM first = nullptr, int level = 0) const {
         std::vector<int> values;
-        for (HTREEITEM item = first ? first : TreeView_GetRoot(tree); item;
-             item = TreeView_GetNextSibling(tree, item)) {
+        for (HTREEITEM item = first ? first : TreeView_GetRoot(tree); item; item = TreeView_GetNextSibling(tree, item)) {
             int value = static_cast<int>(KxTreeView_GetItemData(tree, item));
             values.push_back(level == 0 ? value : -value - 100 * level);
-            HTREEITEM child = TreeView_GetChild(tree, item);
-            if (!child) continue;
-            std::vector<int> below = treeValues(child, level + 1);
-            values.insert(values.end(), below.begin(), below.end());
+            if (HTREEITEM child = TreeView_GetChild(tree, item)) {
+                std::vector<int> below = treeValues(child, level + 1);
+                values.insert(values.end(), below.begin(), below.end());
+            }
         }
         return values;
     }
@@ -139,18 +128,23 @@ protected:
             if (KxTreeView_GetItemData(tree, item) == value) return item;
         return nullptr;
     }
-    // A point on the row's label, in the list's client coordinates.
+    // A point on the row's or the item's label, in the control's client coordinates.
     POINT onRow(int row) const {
         RECT rect = {};
         ListView_GetItemRect(list, row, &rect, LVIR_LABEL);
         return {rect.left + 12, (rect.top + rect.bottom) / 2};
     }
-    POINT onItem(HTREEITEM item, int dx = 8) const {
+    POINT onItem(HTREEITEM item) const {
         RECT rect = {};
         TreeView_GetItemRect(tree, item, &rect, TRUE);
-        return {rect.left + dx, (rect.top + rect.bottom) / 2};
+        return {rect.left + 8, (rect.top + rect.bottom) / 2};
     }
-    // Timer 0 messages that reached the host since it was last cleared.
+    // Drags from a point of the control to another point of the window and releases there.
+    void dragTo(HWND control, POINT from, HWND window, POINT to) {
+        PressAndPull(control, from);
+        MoveMouse(window, to.x, to.y);
+        Release();
+    }
     int scrollTimerTicks() const {
         int ticks = 0;
         for (const kvtest::RecordedMessage& m : host->messages(WM_TIMER)) ticks += m.wParam == 0;
@@ -160,87 +154,72 @@ protected:
     std::unique_ptr<kvtest::HostWindow> host;
     HWND list = nullptr;
     HWND tree = nullptr;
-    std::vector<HTREEITEM> items;
     HIMAGELIST treeImages = nullptr;
+    std::vector<HTREEITEM> items;
     // How the host forwards a drag.
-    Mode listMode = kWithin;
-    Mode treeMode = kWithin;
+    Mode listMode = kWithin, treeMode = kWithin;
     TreeEnd treeEnd = kPlainEnd;
     int moveFlag = 1;
-    bool cancelOnCaptureLoss = true;
-    // What the button-up handlers answered.
-    std::vector<UINT> listResults;
-    std::vector<int> exResults;
-    HWND dropWindow = reinterpret_cast<HWND>(-1);
-    HTREEITEM dropItem = reinterpret_cast<HTREEITEM>(-1);
+    // What the handlers answered, and what the parent saw.
+    UINT listResult = 0;
+    int exResult = -5;
+    HWND dropWindow = nullptr;
+    HTREEITEM dropItem = nullptr;
     int dropRow = -7;
     HTREEITEM newItem = nullptr, newParent = nullptr, insertAfter = nullptr;
-    // Called while the drag is under way, on every mouse move the host forwards.
-    std::function<void()> duringDrag;
     int cancels = 0;
-    // Begin notifications (their codes), mouse moves and releases, as the parent got them.
-    std::vector<UINT> events;
+    std::vector<UINT> events;  // begin notifications (their codes), mouse moves and releases
+    std::function<void()> duringDrag;  // called on every mouse move the parent forwards
 
 private:
     bool forward(UINT message, WPARAM wParam, LPARAM lParam) {
+        int x = static_cast<short>(LOWORD(lParam)), y = static_cast<short>(HIWORD(lParam));
         switch (message) {
         case WM_NOTIFY: {
             auto* header = reinterpret_cast<NMHDR*>(lParam);
-            if (header->code == LVN_BEGINDRAG || header->code == TVN_BEGINDRAGW) events.push_back(header->code);
-            if (header->code == LVN_BEGINDRAG) {
-                auto* notify = reinterpret_cast<NMLISTVIEW*>(lParam);
-                if (listMode == kWithin) KxListView_OnBeginDrag(list, notify);
-                else KxListView_OnBeginDragEx(list, notify);
+            switch (header->code) {
+            case LVN_BEGINDRAG:
+                events.push_back(header->code);
+                if (listMode == kWithin) KxListView_OnBeginDrag(list, reinterpret_cast<NMLISTVIEW*>(lParam));
+                else KxListView_OnBeginDragEx(list, reinterpret_cast<NMLISTVIEW*>(lParam));
                 return true;
-            }
-            if (header->code == TVN_BEGINDRAGW) {
-                auto* notify = reinterpret_cast<NMTREEVIEWW*>(lParam);
-                if (treeMode == kWithin) KxTreeView_OnBeginDrag(tree, notify);
-                else KxTreeView_OnBeginDragEx(tree, notify);
+            case TVN_BEGINDRAGW:
+                events.push_back(header->code);
+                if (treeMode == kWithin) KxTreeView_OnBeginDrag(tree, reinterpret_cast<NMTREEVIEWW*>(lParam));
+                else KxTreeView_OnBeginDragEx(tree, reinterpret_cast<NMTREEVIEWW*>(lParam));
                 return true;
-            }
-            if (header->code == LVN_KEYDOWN && reinterpret_cast<NMLVKEYDOWN*>(lParam)->wVKey == VK_ESCAPE) {
-                cancels += KxListView_OnCancelDrag(list);
+            case LVN_KEYDOWN:
+                if (reinterpret_cast<NMLVKEYDOWN*>(lParam)->wVKey == VK_ESCAPE) cancels += KxListView_OnCancelDrag(list);
                 return true;
-            }
-            if (header->code == TVN_KEYDOWN && reinterpret_cast<NMTVKEYDOWN*>(lParam)->wVKey == VK_ESCAPE) {
-                cancels += KxTreeView_OnCancelDrag(tree);
+            case TVN_KEYDOWN:
+                if (reinterpret_cast<NMTVKEYDOWN*>(lParam)->wVKey == VK_ESCAPE) cancels += KxTreeView_OnCancelDrag(tree);
                 return true;
             }
             return false;
         }
-        case WM_MOUSEMOVE: {
+        case WM_MOUSEMOVE:
             events.push_back(message);
-            int x = static_cast<short>(LOWORD(lParam)), y = static_cast<short>(HIWORD(lParam));
             if (listMode == kWithin) KxListView_OnMouseMove(*host, list, x, y);
             else KxListView_OnMouseMoveEx(*host, nullptr, x, y);
             if (treeMode == kWithin) KxTreeView_OnMouseMove(*host, tree, x, y);
             else KxTreeView_OnMouseMoveEx(*host, nullptr, x, y);
             if (duringDrag) duringDrag();
             return true;
-        }
-        case WM_LBUTTONUP: {
+        case WM_LBUTTONUP:
+            // Only the handlers of the drag under way answer; the others do nothing.
             events.push_back(message);
-            int x = static_cast<short>(LOWORD(lParam)), y = static_cast<short>(HIWORD(lParam));
-            if (listMode == kWithin) listResults.push_back(KxListView_OnLButtonUp(*host, list, x, y));
-            else exResults.push_back(KxListView_OnLButtonUpEx(*host, x, y, &dropWindow, &dropItem));
-            if (treeMode == kTowards) {
-                exResults.push_back(KxTreeView_OnLButtonUpEx(*host, x, y, &dropWindow, &dropRow));
-            } else if (treeEnd == kPlainEnd) {
-                KxTreeView_OnLButtonUp(tree);
-            } else if (treeEnd == kWithMove) {
-                KxTreeView_OnLButtonUpWithMoveEx(tree, moveFlag, &newItem, &insertAfter);
-            } else {
-                KxTreeView_OnLButtonUpWithMoveEx(tree, &newItem, &newParent, &insertAfter);
-            }
+            if (listMode == kWithin) listResult = KxListView_OnLButtonUp(*host, list, x, y);
+            else exResult = KxListView_OnLButtonUpEx(*host, x, y, &dropWindow, &dropItem);
+            if (treeMode == kTowards) exResult = KxTreeView_OnLButtonUpEx(*host, x, y, &dropWindow, &dropRow);
+            else if (treeEnd == kPlainEnd) KxTreeView_OnLButtonUp(tree);
+            else if (treeEnd == kWithMove) KxTreeView_OnLButtonUpWithMoveEx(tree, moveFlag, &newItem, &insertAfter);
+            else KxTreeView_OnLButtonUpWithMoveEx(tree, &newItem, &newParent, &insertAfter);
             return true;
-        }
         case WM_TIMER:
-            if (wParam != 0) return false;
-            KxTreeView_OnTimer(tree);
-            return true;
+            if (wParam == 0) KxTreeView_OnTimer(tree);
+            return wParam == 0;
         case WM_CAPTURECHANGED:
-            if (cancelOnCaptureLoss) cancels += KxListView_OnCancelDrag(list) + KxTreeView_OnCancelDrag(tree);
+            cancels += KxListView_OnCancelDrag(list) + KxTreeView_OnCancelDrag(tree);
             return false;
         }
         return false;

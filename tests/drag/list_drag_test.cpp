@@ -5,122 +5,74 @@
 namespace {
 
 using Values = std::vector<int>;
+const Values kUnmoved = {100, 101, 102, 103, 104, 105, 106, 107};
 
-TEST_F(DragTest, ARowDraggedUpwardsMovesWithItsCellsAndIsSelected) {
+TEST_F(DragTest, ARowMovesToTheTargetWithItsCellsAndIsSelected) {
     ListView_SetItemState(list, 6, LVIS_CUT, LVIS_CUT);
     bool captured = false;
     duringDrag = [&] { captured = captured || GetCapture() == *host; };
-    PressAndPull(list, onRow(5));
-    POINT target = onRow(2);
-    MoveMouse(list, target.x, target.y);
-    Release();
-
-    ASSERT_EQ(1u, listResults.size());
-    EXPECT_EQ(2u, listResults[0]);
+    dragTo(list, onRow(5), list, onRow(2));
+    EXPECT_EQ(2u, listResult);
     EXPECT_EQ((Values{100, 101, 105, 102, 103, 104, 106, 107}), rowValues());
     wchar_t city[20];
     ListView_GetItemText(list, 2, 1, city, 20);
     EXPECT_STREQ(L"City 5", city);
     EXPECT_EQ(static_cast<UINT>(LVIS_SELECTED), ListView_GetItemState(list, 2, LVIS_SELECTED));
     EXPECT_EQ(static_cast<UINT>(LVIS_CUT), ListView_GetItemState(list, 6, LVIS_CUT));  // states stay
-    EXPECT_TRUE(captured);  // the parent held the mouse while the row was dragged
+    EXPECT_TRUE(captured);  // the parent held the mouse meanwhile
     EXPECT_EQ(nullptr, GetCapture());
     EXPECT_EQ(0, cancels);  // releasing the capture at the end is no cancel
-    // The parent saw the notification, then the mouse, then the release.
     ASSERT_GE(events.size(), 3u);
-    EXPECT_EQ(static_cast<UINT>(LVN_BEGINDRAG), events.front());
-    EXPECT_EQ(static_cast<UINT>(WM_MOUSEMOVE), events[1]);
+    EXPECT_EQ((std::vector<UINT>{LVN_BEGINDRAG, WM_MOUSEMOVE}), std::vector<UINT>(events.begin(), events.begin() + 2));
     EXPECT_EQ(static_cast<UINT>(WM_LBUTTONUP), events.back());
-}
 
-TEST_F(DragTest, ARowDroppedLowerLandsAboveTheTargetRow) {
-    PressAndPull(list, onRow(1));
-    POINT target = onRow(4);
-    MoveMouse(list, target.x, target.y);
-    Release();
-    // Inserted at 4 and the old row 1 deleted: the row stands at 3, the target row at 4.
-    EXPECT_EQ(4u, listResults.back());
-    EXPECT_EQ((Values{100, 102, 103, 101, 104, 105, 106, 107}), rowValues());
-    EXPECT_EQ(static_cast<UINT>(LVIS_SELECTED), ListView_GetItemState(list, 4, LVIS_SELECTED));
-}
-
-TEST_F(DragTest, ARowDroppedOnItselfOrOutsideEveryRowStays) {
-    PressAndPull(list, onRow(3));
-    POINT same = onRow(3);
-    MoveMouse(list, same.x, same.y);
-    Release();
-    EXPECT_EQ(static_cast<UINT>(-1), listResults.back());
-    // Outside every row from the start: no target.
+    // Dropped lower: inserted at the target and the old row deleted, it stands above the target.
+    dragTo(list, onRow(1), list, onRow(4));
+    EXPECT_EQ(4u, listResult);
+    EXPECT_EQ((Values{100, 105, 102, 101, 103, 104, 106, 107}), rowValues());
+    // On itself, or outside every row from the start: -1 and nothing moves.
+    dragTo(list, onRow(3), list, onRow(3));
+    EXPECT_EQ(static_cast<UINT>(-1), listResult);
     RECT client;
     GetClientRect(list, &client);
-    PressAndPull(list, onRow(7));
-    MoveMouse(list, 60, client.bottom - 5);
-    Release();
-    EXPECT_EQ(static_cast<UINT>(-1), listResults.back());
-    EXPECT_EQ((Values{100, 101, 102, 103, 104, 105, 106, 107}), rowValues());
-    EXPECT_EQ(nullptr, GetCapture());
-    // No drag under way: -1.
-    EXPECT_EQ(static_cast<UINT>(-1), KxListView_OnLButtonUp(nullptr, list, 0, 0));
+    dragTo(list, onRow(7), list, {60, client.bottom - 5});
+    EXPECT_EQ(static_cast<UINT>(-1), listResult);
+    EXPECT_EQ((Values{100, 105, 102, 101, 103, 104, 106, 107}), rowValues());
+    EXPECT_EQ(static_cast<UINT>(-1), KxListView_OnLButtonUp(nullptr, list, 0, 0));  // no drag
 }
 
 TEST_F(DragTest, SubItemImagesMoveOnlyWithTheWindowStyleBit) {
-    auto cellImage = [&](int row) {
-        LVITEMW item = {};
-        item.mask = LVIF_IMAGE;
-        item.iItem = row;
-        item.iSubItem = 1;
-        ListView_GetItem(list, &item);
-        return item.iImage;
-    };
-    // The list keeps sub-item images only with its own extended style.
-    ListView_SetExtendedListViewStyle(list, LVS_EX_SUBITEMIMAGES);
+    auto cellImage = [&](int row) { return KxListView_GetItemBmp(list, row, 1); };
+    ListView_SetExtendedListViewStyle(list, LVS_EX_SUBITEMIMAGES);  // so the list keeps them
     for (int row = 0; row < 8; ++row) KxListView_SetItemBmp(list, row, 1, 20 + row);
-    PressAndPull(list, onRow(4));
-    POINT target = onRow(0);
-    MoveMouse(list, target.x, target.y);
-    Release();
+    dragTo(list, onRow(4), list, onRow(0));
     EXPECT_NE(24, cellImage(0));
     SetWindowLongW(list, GWL_EXSTYLE, GetWindowLongW(list, GWL_EXSTYLE) | 0x2);
-    PressAndPull(list, onRow(6));
-    target = onRow(1);
-    MoveMouse(list, target.x, target.y);
-    Release();
+    dragTo(list, onRow(6), list, onRow(1));
     EXPECT_EQ(26, cellImage(1));
 }
 
 TEST_F(DragTest, ARowDraggedOntoAnotherWindowReportsWhereItLanded) {
     listMode = kTowards;
-    // Onto the tree: the item under the point.
-    PressAndPull(list, onRow(2));
     POINT onTree = onItem(items[3]);
     MapWindowPoints(tree, *host, &onTree, 1);
-    MoveMouse(*host, onTree.x, onTree.y);
-    Release();
-    EXPECT_EQ(1, exResults.back());
+    dragTo(list, onRow(2), *host, onTree);
+    EXPECT_EQ(1, exResult);
     EXPECT_EQ(tree, dropWindow);
     EXPECT_EQ(items[3], dropItem);
     EXPECT_EQ(nullptr, GetCapture());
-
-    // Onto another list view: the window, no item.
+    // Onto another list view: the window, no item. Onto the parent itself: nothing.
     MoveWindow(tree, 260, 0, 260, 200, TRUE);
     HWND other = host->createChild(WC_LISTVIEWW, L"", WS_VISIBLE | LVS_REPORT, 260, 300, 250, 60, 9);
-    PressAndPull(list, onRow(2));
-    MoveMouse(*host, 300, 330);
-    Release();
-    EXPECT_EQ(0, exResults.back());
+    dragTo(list, onRow(2), *host, {300, 330});
+    EXPECT_EQ(0, exResult);
     EXPECT_EQ(other, dropWindow);
     EXPECT_EQ(nullptr, dropItem);
-    DestroyWindow(other);
-
-    // Onto the parent itself: nothing.
-    PressAndPull(list, onRow(2));
-    MoveMouse(*host, 400, 300);
-    Release();
-    EXPECT_EQ(0, exResults.back());
+    dragTo(list, onRow(2), *host, {400, 250});
+    EXPECT_EQ(0, exResult);
     EXPECT_EQ(nullptr, dropWindow);
-    EXPECT_EQ(nullptr, dropItem);
-    EXPECT_EQ((Values{100, 101, 102, 103, 104, 105, 106, 107}), rowValues());
-    // No drag under way, or nowhere to report: 0 and nothing stored.
+    EXPECT_EQ(kUnmoved, rowValues());
+    // No drag under way, or nowhere to report it: 0 and nothing stored.
     dropWindow = *host;
     EXPECT_EQ(0, KxListView_OnLButtonUpEx(*host, 0, 0, &dropWindow, nullptr));
     EXPECT_EQ(*host, dropWindow);
@@ -131,25 +83,21 @@ TEST_F(DragTest, EscapeOrALostCaptureEndsAListDragLeavingNothing) {
         listMode = mode;
         cancels = 0;
         PressAndPull(list, onRow(5));
-        POINT target = onRow(1);
-        MoveMouse(list, target.x, target.y);
+        MoveMouse(list, onRow(1).x, onRow(1).y);
         SetFocus(list);
         PressKey(VK_ESCAPE);
         EXPECT_EQ(1, cancels);
         EXPECT_EQ(nullptr, GetCapture());
         Release();
-        EXPECT_EQ((Values{100, 101, 102, 103, 104, 105, 106, 107}), rowValues());
-
-        // Another window takes the capture.
         PressAndPull(list, onRow(5));
-        MoveMouse(list, target.x, target.y);
-        SetCapture(tree);
+        MoveMouse(list, onRow(1).x, onRow(1).y);
+        SetCapture(tree);  // another window takes the capture, and keeps it
         kvtest::PumpMessages();
         EXPECT_EQ(2, cancels);
-        EXPECT_EQ(tree, GetCapture());  // the new holder keeps it
+        EXPECT_EQ(tree, GetCapture());
         ReleaseCapture();
         Release();
-        EXPECT_EQ((Values{100, 101, 102, 103, 104, 105, 106, 107}), rowValues());
+        EXPECT_EQ(kUnmoved, rowValues());
     }
     EXPECT_EQ(0, KxListView_OnCancelDrag(list));
 }
@@ -161,7 +109,6 @@ TEST_F(DragTest, HitTestAndClickToggleWorkOnCells) {
     DeleteObject(picture);
     ListView_SetImageList(list, images, LVSIL_SMALL);
     for (int row = 0; row < 8; ++row) KxListView_SetItemBmp(list, row, 0, row == 3 ? 2 : 1);
-
     RECT icon = {};
     ListView_GetItemRect(list, 3, &icon, LVIR_ICON);
     MoveMouse(list, (icon.left + icon.right) / 2, (icon.top + icon.bottom) / 2);
@@ -169,40 +116,37 @@ TEST_F(DragTest, HitTestAndClickToggleWorkOnCells) {
     EXPECT_EQ(1, KxListView_HitTest(list, &row, &column));
     EXPECT_EQ(3, row);
     EXPECT_EQ(0, column);
-    // A click on the icon of a toggling column swaps images 1 and 2.
+    // Clicks on the icon of a toggling column swap images 1 and 2.
     const int toggling[] = {2, 0};
     row = column = -1;
     EXPECT_EQ(1, KxListView_HandleMouseClick(list, 1, 2, toggling, 1, 2, &row, &column));
     EXPECT_EQ(3, row);
     EXPECT_EQ(1, KxListView_GetItemBmp(list, 3, 0));
-    EXPECT_EQ(1, KxListView_HandleMouseClick(list, 1, 2, toggling, 1, 2, &row, &column));
-    EXPECT_EQ(2, KxListView_GetItemBmp(list, 3, 0));
-    // Given cells count as clicks on the icon; a third image stays.
-    KxListView_SetItemBmp(list, 5, 0, 3);
-    row = 5;
-    column = 0;
-    EXPECT_EQ(1, KxListView_HandleMouseClick(list, 1, 1, toggling + 1, 1, 2, &row, &column));
-    EXPECT_EQ(3, KxListView_GetItemBmp(list, 5, 0));
-    row = 6;
-    EXPECT_EQ(1, KxListView_HandleMouseClick(list, 1, 1, toggling, 1, 2, &row, &column));
-    EXPECT_EQ(1, KxListView_GetItemBmp(list, 6, 0));  // column 0 is not among the first entry
-    EXPECT_EQ(1, KxListView_HandleMouseClick(list, 0, 2, toggling, 1, 2, &row, &column));
-    EXPECT_EQ(1, KxListView_GetItemBmp(list, 6, 0));  // toggling off
-
-    // On the label: found, but not on the icon, so nothing toggles.
-    POINT label = onRow(3);
-    MoveMouse(list, label.x + 20, label.y);
     row = column = -1;
     EXPECT_EQ(1, KxListView_HandleMouseClick(list, 1, 2, toggling, 1, 2, &row, &column));
     EXPECT_EQ(2, KxListView_GetItemBmp(list, 3, 0));
-    // Below the rows nothing is hit.
+    // A given cell counts as a click on its icon; a third image stays; so does a column not
+    // among the first `count`, and every image without the toggle flag.
+    KxListView_SetItemBmp(list, 5, 0, 3);
+    row = 5;
+    column = 0;
+    EXPECT_EQ(1, KxListView_HandleMouseClick(list, 1, 2, toggling, 1, 2, &row, &column));
+    EXPECT_EQ(3, KxListView_GetItemBmp(list, 5, 0));
+    row = 6;
+    EXPECT_EQ(1, KxListView_HandleMouseClick(list, 1, 1, toggling, 1, 2, &row, &column));
+    EXPECT_EQ(1, KxListView_HandleMouseClick(list, 0, 2, toggling, 1, 2, &row, &column));
+    EXPECT_EQ(1, KxListView_GetItemBmp(list, 6, 0));
+    // On the label: found, but nothing toggles. Below the rows: nothing is hit.
+    MoveMouse(list, onRow(3).x + 20, onRow(3).y);
+    row = column = -1;
+    EXPECT_EQ(1, KxListView_HandleMouseClick(list, 1, 2, toggling, 1, 2, &row, &column));
+    EXPECT_EQ(2, KxListView_GetItemBmp(list, 3, 0));
     RECT client;
     GetClientRect(list, &client);
     MoveMouse(list, 20, client.bottom - 4);
     EXPECT_EQ(0, KxListView_HitTest(list, &row, &column));
     EXPECT_EQ(-1, row);
     EXPECT_EQ(-1, column);
-    row = column = -1;
     EXPECT_EQ(0, KxListView_HandleMouseClick(list, 1, 2, toggling, 1, 2, &row, &column));
     EXPECT_EQ(0, KxListView_HandleMouseClick(list, 1, 2, toggling, 1, 2, nullptr, nullptr));
     ImageList_Destroy(ListView_SetImageList(list, nullptr, LVSIL_SMALL));
@@ -228,11 +172,11 @@ TEST_F(DragTest, ListHandlersSurviveNullAndDestroyedWindows) {
     }
     KxListView_OnBeginDrag(list, nullptr);
     EXPECT_EQ(nullptr, GetCapture());
-    // A list destroyed in the middle of its drag: the drag still ends cleanly.
+    // A list destroyed in the middle of its drag: the release still ends it.
     PressAndPull(list, onRow(2));
     DestroyWindow(list);
     Release();
-    EXPECT_EQ(static_cast<UINT>(-1), listResults.back());
+    EXPECT_EQ(static_cast<UINT>(-1), listResult);
     EXPECT_EQ(nullptr, GetCapture());
 }
 
