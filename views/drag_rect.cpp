@@ -130,7 +130,6 @@ void KVKIT_CALL Kx1EndDrag(HWND window, int x, int y, RECT* result) {
     if (!dragging()) return;
     if (x != g_rectDrag.lastMouse.x || y != g_rectDrag.lastMouse.y) moveImage(window, x, y);
     g_rectDrag.lastMouse = {0, 0};
-    if (window && GetCapture() == window) ReleaseCapture();
 
     // Back inside the client area, when the image stands out of it.
     RECT client = {};
@@ -145,6 +144,8 @@ void KVKIT_CALL Kx1EndDrag(HWND window, int x, int y, RECT* result) {
         g_rectDrag.lastMouse = {0, 0};
     }
     deleteBitmaps();
+    // Released last, when no drag is left for a host that ends it when the capture goes.
+    if (window && GetCapture() == window) ReleaseCapture();
     if (result) *result = {image.x, image.y, image.x + width, image.y + height};
 }
 

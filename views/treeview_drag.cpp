@@ -15,6 +15,9 @@ const UINT kScrollInterval = 75;
 const int kEdgeZone = 10;
 // A drop this near the tree's left edge (pixels) goes to the top level.
 const int kLeftEdge = 3;
+// Characters of a label painted into a drag image, and the space between picture and label.
+const int kLabelCapacity = 260;
+const int kPictureGap = 3;
 
 // The one tree drag of the process; the flag g_treeDragging tells whether it is under way.
 struct TreeDrag {
@@ -25,11 +28,6 @@ struct TreeDrag {
     HWND captureWindow;
 };
 TreeDrag g_treeDrag;
-
-// Characters of a label painted into a drag image.
-const int kLabelCapacity = 260;
-// Space between an item's picture and its label.
-const int kPictureGap = 3;
 
 COLORREF treeColour(HWND tree, UINT message, int systemColour) {
     COLORREF colour = static_cast<COLORREF>(SendMessageW(tree, message, 0, 0));

@@ -21,9 +21,14 @@ protected:
         KvTest::SetUp();
         pattern = kvtest::MakeBitmap(kWidth, kHeight, patternAt);
         window = std::make_unique<kvtest::HostWindow>(kWidth, kHeight);
-        window->setHandler([this](HWND hwnd, UINT message, WPARAM, LPARAM, LRESULT* result) {
+        window->setHandler([this](HWND hwnd, UINT message, WPARAM wParam, LPARAM, LRESULT* result) {
             *result = 1;
             if (message == WM_ERASEBKGND) return true;
+            // As a host does: Escape or a lost capture ends the drag where the image stands.
+            if (message == WM_CAPTURECHANGED || (message == WM_KEYDOWN && wParam == VK_ESCAPE)) {
+                Kx1EndDrag(hwnd, endAt.x, endAt.y, &ended);
+                return false;
+            }
             if (message != WM_PAINT) return false;
             PAINTSTRUCT paint;
             HDC dc = BeginPaint(hwnd, &paint);
@@ -68,6 +73,8 @@ protected:
 
     HBITMAP pattern = nullptr;
     std::unique_ptr<kvtest::HostWindow> window;
+    POINT endAt = {0, 0};
+    RECT ended = {};
 };
 
 TEST_F(RectDragTest, TheImageIsADimmedPhotographAndTheSaveUnderRestoresEveryPixel) {
@@ -142,6 +149,31 @@ TEST_F(RectDragTest, StopAndResumeLetTheWindowRepaintMidDrag) {
     Kx1Drag(*window, moved.x, moved.y);
     EXPECT_EQ(0, wrongPixels(photo, &moved, nullptr));
     Kx1EndDrag(*window, moved.x, moved.y, nullptr);
+}
+
+TEST_F(RectDragTest, EscapeOrALostCaptureEndTheDragLeavingNothing) {
+    RECT photo = {20, 20, 50, 40};
+    SetFocus(*window);
+    Kx1BeginDrag(*window, &photo);
+    endAt = {70, 30};
+    Kx1Drag(*window, endAt.x, endAt.y);
+    PressKey(VK_ESCAPE);
+    EXPECT_EQ(nullptr, GetCapture());
+    EXPECT_EQ(70, ended.left);
+    EXPECT_EQ(0, Kx1StopDrag(*window, 0, 0, 0));  // over, its bitmaps gone (the fixture counts)
+    EXPECT_EQ(0, wrongPixels(photo, &endAt, &photo));
+    // Another window takes the capture: it keeps it.
+    repaint();
+    Kx1BeginDrag(*window, &photo);
+    endAt = {100, 80};
+    Kx1Drag(*window, endAt.x, endAt.y);
+    HWND other = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 5, 5, nullptr, nullptr, nullptr, nullptr);
+    SetCapture(other);
+    EXPECT_EQ(100, ended.left);
+    EXPECT_EQ(other, GetCapture());
+    EXPECT_EQ(0, Kx1StopDrag(*window, 0, 0, 0));
+    ReleaseCapture();
+    DestroyWindow(other);
 }
 
 TEST_F(RectDragTest, BadWindowsAndRectanglesDoNothing) {
