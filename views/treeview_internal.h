@@ -3,6 +3,7 @@
 #include "include/kvkit_treeview.h"
 #include "include/kvkit_search.h"
 #include "views/treeview_drag.h"
+#include <string.h>
 
 inline HTREEITEM TreeNext(HWND tree, HTREEITEM item, UINT relation) {
     return reinterpret_cast<HTREEITEM>(
@@ -16,6 +17,13 @@ inline HTREEITEM TreeSelection(HWND tree) { return TreeNext(tree, nullptr, TVGN_
 
 inline void SelectTreeItem(HWND tree, HTREEITEM item) {
     SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
+}
+
+// The item's label rectangle (text only) in the tree's client area; false when it is not shown.
+inline bool TreeLabelRect(HWND tree, HTREEITEM item, RECT* rect) {
+    // The tree reads the item from the rectangle's first bytes.
+    memcpy(rect, &item, sizeof(item));
+    return SendMessageW(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(rect)) != 0;
 }
 
 // Reads the item's text into `buffer` (`capacity` characters with the terminator). False, with an
