@@ -48,8 +48,12 @@ void check(bool passed, const char* what) {
 #if __has_include("exports.inc")
 int resolvedExports(int* expected) {
     const void* exports[] = {
-#define KV_EXPORT(name) reinterpret_cast<const void*>(&name),
+#define KV_EXPORT(name) reinterpret_cast<const void*>(name),
+// Names that the C++ headers also overload inline: the export is the form of this type.
+#define KxTreeView_OnLButtonUpWithMoveEx \
+    static_cast<void(KVKIT_CALL*)(HWND, int, HTREEITEM*, HTREEITEM*)>(KxTreeView_OnLButtonUpWithMoveEx)
 #include "exports.inc"
+#undef KxTreeView_OnLButtonUpWithMoveEx
 #undef KV_EXPORT
     };
     *expected = sizeof(exports) / sizeof(exports[0]);
