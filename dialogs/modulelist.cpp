@@ -14,11 +14,11 @@ ATOM g_moduleListClass;  // registered by the first KxModuleList_Show
 HWND g_moduleListWindow;  // the open module list window, or null
 const wchar_t kModuleListClass[] = L"KVModuleListClass";
 const int kListId = 100;
-const int kWindowWidth = 680, kWindowHeight = 420;
+const int kWindowWidth = 720, kWindowHeight = 440;
 
 const UINT kTitleText = 17100;
 const UINT kColumnTexts[] = {17101, 17102, 17103, 17104};
-const int kColumnWidths[] = {120, 100, 100, 320};
+const int kColumnWidths[] = {130, 120, 120, 320};
 enum { kNameColumn, kFileVersionColumn, kProductVersionColumn, kPathColumn, kColumnCount };
 
 // The menu of the window, in the library's resources; its entries' texts are replaced by the
