@@ -59,9 +59,10 @@ KVKIT_API int KVKIT_CALL KNg_SetText(HWND bar, int item, const wchar_t* text);
 // The text of a group or an entry in a new kvtext block that the caller frees with FreeMemory;
 // null for no such item or no memory.
 KVKIT_API wchar_t* KVKIT_CALL KNg_GetText(HWND bar, int item);
-// The value stored with an entry. Set: 0 when there is no such entry. Get: 0 when there is none,
-// which cannot be told from a stored 0.
+// Stores a value with an entry. 0 when there is no such entry.
 KVKIT_API int KVKIT_CALL KNg_SetValue(HWND bar, int entry, LPARAM value);
+// The value stored with an entry; 0 when there is no such entry, which cannot be told from a
+// stored 0.
 KVKIT_API LPARAM KVKIT_CALL KNg_GetValue(HWND bar, int entry);
 
 // Selects an entry (0: none), opening its group and scrolling it into view, without notifying.

@@ -142,7 +142,6 @@ TEST_F(ChooserTest, CancelAndWhatCannotBeShownGiveNull) {
     EXPECT_EQ(L"(null)", choose(library, nullptr, 0, {press(VK_ESCAPE)}));
     EXPECT_EQ(0, endedForcibly);
     EXPECT_EQ(L"(null)", choose(nullptr, nullptr, 0, {}));
-    EXPECT_EQ(L"(null)", choose(library, nullptr, 15, {}));
     EXPECT_EQ(L"(null)", choose(library, nullptr, 257, {}));
     EXPECT_EQ(L"(null)", choose(kvtest::LanguageModule(), nullptr, 0, {}));  // no bitmaps
     KvText_FailAllocation(1);

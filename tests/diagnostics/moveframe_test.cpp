@@ -174,7 +174,6 @@ TEST_F(MoveFrameTest, BadInputGivesFailureResults) {
     RECT place = {10, 10, 20, 20}, out;
     EXPECT_EQ(nullptr, KxMoveFrame_Create(owner, nullptr, 4, 0, 0));
     EXPECT_EQ(nullptr, KxMoveFrame_Create(owner, &place, 17, 0, 0));
-    EXPECT_EQ(nullptr, KxMoveFrame_Create(owner, &place, -1, 0, 0));
     KvText_FailAllocation(1);
     EXPECT_EQ(nullptr, KxMoveFrame_Create(owner, &place, 4, 0, 0));
     EXPECT_EQ(0, KxMoveFrame_GetRect(nullptr, &out));

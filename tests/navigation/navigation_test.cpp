@@ -118,11 +118,9 @@ TEST_F(NavigationTest, GroupsAndEntriesAreKeptInOrderWithTheirTextsAndValues) {
         bottom = row.bottom;
     }
 
-    EXPECT_EQ(L"Key accounts", text(keyAccounts));
-    EXPECT_EQ(1, KNg_SetText(bar, keyAccounts, L"Top customers"));
-    EXPECT_EQ(L"Top customers", text(keyAccounts));
     EXPECT_EQ(1, KNg_SetText(bar, tasks, L"To do"));
     EXPECT_EQ(L"To do", text(tasks));
+    EXPECT_EQ(L"Key accounts", text(keyAccounts));
     EXPECT_EQ(22, KNg_GetValue(bar, week));
     EXPECT_EQ(1, KNg_SetValue(bar, week, -7));
     EXPECT_EQ(-7, KNg_GetValue(bar, week));
@@ -314,9 +312,11 @@ TEST_F(NavigationTest, TheFocusedRowIsScrolledIntoView) {
     EXPECT_GT(rowOf(last).top, client.bottom);
     SetFocus(bar);
     press(VK_END);
-    RECT row = rowOf(last);
-    EXPECT_EQ(client.bottom, row.bottom);
-    EXPECT_EQ(row.bottom, rowOf(customers).top + (rowOf(last).bottom - rowOf(customers).top));
+    EXPECT_EQ(client.bottom, rowOf(last).bottom);
+    // A click in the scrolled bar lands on the row shown there.
+    click(last);
+    ASSERT_EQ(1u, notes.size());
+    EXPECT_EQ(129, notes[0].value);
     SCROLLINFO info = {};
     info.cbSize = sizeof(info);
     info.fMask = SIF_POS;
