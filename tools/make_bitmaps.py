@@ -227,6 +227,7 @@ def main():
     write_bmp(os.path.join(samples, "btndelfmt.bmp"), delete_format())
     write_cursor(os.path.join(samples, "hand.cur"), HAND, (5, 0))
     write_listbox_pictures()
+    write_ico(os.path.join(res, "navigation.ico"), [navigation_icon(32), navigation_icon(16)])
 
 
 # Multi-column list box: row pictures 101-107 (by the items' type letters) and the drag cursors.
@@ -377,6 +378,58 @@ def write_listbox_pictures():
     write_cursor(os.path.join(res, "nofeld.cur"), NOFELD, (10, 10))
     write_cursor(os.path.join(res, "movecur.cur"), MOVECUR, (7, 7))
 
+
+
+# Navigation window: the icon of the "KVNavigClass" class, at 32 x 32 and 16 x 16.
+def write_ico(path, images):
+    """images: square pictures, rows top to bottom of (r, g, b) or None for transparent pixels.
+    Written as 32-bit images with an AND mask."""
+    entries, blobs = [], []
+    offset = 6 + 16 * len(images)
+    for pixels in images:
+        size = len(pixels)
+        info = struct.pack("<IiiHHIIiiII", 40, size, size * 2, 1, 32, 0, 0, 0, 0, 0, 0)
+        colour = bytearray()
+        for row in reversed(pixels):
+            for p in row:
+                colour += bytes((0, 0, 0, 0)) if p is None else bytes((p[2], p[1], p[0], 255))
+        mask_stride = ((size + 31) // 32) * 4
+        mask = bytearray()
+        for row in reversed(pixels):
+            bits = 0
+            for p in row:
+                bits = (bits << 1) | (1 if p is None else 0)
+            line = bits.to_bytes((size + 7) // 8, "big")
+            mask += line + b"\0" * (mask_stride - len(line))
+        blob = info + bytes(colour) + bytes(mask)
+        entries.append(struct.pack("<BBBBHHII", size % 256, size % 256, 0, 0, 1, 32, len(blob), offset))
+        blobs.append(blob)
+        offset += len(blob)
+    with open(path, "wb") as f:
+        f.write(struct.pack("<HHH", 0, 1, len(images)) + b"".join(entries) + b"".join(blobs))
+
+
+def navigation_icon(size):
+    """A bar with a blue group header over three entries, each a small coloured square and a line
+    of text; the second entry is selected."""
+    unit = size / 16.0
+    px = lambda v: int(round(v * unit))
+    pixels = [[None] * size for _ in range(size)]
+
+    def fill(left, top, right, bottom, colour):
+        for y in range(px(top), px(bottom)):
+            for x in range(px(left), px(right)):
+                pixels[y][x] = colour
+
+    fill(1, 0, 15, 16, DARK)                  # frame
+    fill(2, 1, 14, 15, WHITE)                 # bar
+    fill(2, 1, 14, 4, (70, 110, 190))         # group header
+    fill(3, 2, 9, 3, WHITE)                   # its text
+    fill(2, 8, 14, 11, (170, 200, 240))       # selected entry
+    for top, colour in ((5, RED), (8, (60, 160, 90)), (11, (250, 150, 20))):
+        fill(3, top, 5, top + 2, colour)      # entry icon
+        fill(6, top + 0.5, 12, top + 1.5, BLACK)  # entry text
+    return pixels
 
 
 if __name__ == "__main__":
