@@ -12,12 +12,14 @@
 #include "kvkit_api.h"
 #include <stddef.h>
 
+// The window class of the navigation bar.
 #define KNG_CLASS L"KVNavigClass"
 
 // Notification codes (NMHDR code of WM_NOTIFY to the parent, with a KNGNOTIFY record).
 const UINT KNGN_SELECT = 0U - 2200U;       // the user chose an entry (click, Enter or Space)
 const UINT KNGN_GROUPEXPAND = 0U - 2201U;  // the user opened or closed a group
 
+// What a navigation bar tells its parent with WM_NOTIFY.
 #pragma pack(push, 1)
 struct KNGNOTIFY {
     NMHDR header;  // the bar, its control identifier and the KNGN_ code

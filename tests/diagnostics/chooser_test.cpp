@@ -64,6 +64,7 @@ protected:
             HWND list = listOf(dialog);
             int item = itemLabelled(list, text);
             ASSERT_GE(item, 0) << text;
+            ListView_EnsureVisible(list, item, FALSE);  // as a user scrolls to it first
             POINT at = iconCentre(list, item), screen = at;
             ClientToScreen(list, &screen);
             SetCursorPos(screen.x, screen.y);
@@ -111,8 +112,10 @@ TEST_F(ChooserTest, ClickingAThumbnailAndPressingEnterReturnsItsNumber) {
     EXPECT_EQ(L"#2002", chosen);
     EXPECT_EQ(0, endedForcibly);
     // Named bitmaps first, then the numbered ones, each labelled with its name or number.
-    std::vector<std::wstring> expected = {L"BTALI", L"BTAOB", L"BTARE", L"BTAUN", L"108",  L"1000",
-                                          L"1001",  L"1500",  L"1600",  L"2000",  L"2001", L"2002", L"2003"};
+    std::vector<std::wstring> expected = {L"BTALI", L"BTAOB", L"BTARE", L"BTAUN", L"101",  L"102",
+                                          L"103",   L"104",   L"105",   L"106",   L"107",  L"108",
+                                          L"1000",  L"1001",  L"1500",  L"1600",  L"2000", L"2001",
+                                          L"2002",  L"2003"};
     EXPECT_EQ(expected, labels);
     EXPECT_EQ(32, thumbnailWidth);
     EXPECT_EQ(32, thumbnailHeight);
