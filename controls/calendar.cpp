@@ -459,8 +459,7 @@ HWND createPopup(HWND owner, int right, int top) {
     SendMessageW(popup, DPM_GETIDEALSIZE, 0, reinterpret_cast<LPARAM>(&size));
     int x = right - size.cx;
     SetWindowPos(popup, HWND_TOP, x < 0 ? 0 : x, top < 1 ? 0 : top, size.cx, size.cy,
-                 SWP_SHOWWINDOW);
-    BringWindowToTop(popup);
+                 SWP_SHOWWINDOW | SWP_NOACTIVATE);
     return popup;
 }
 
@@ -477,8 +476,13 @@ INT_PTR KVKIT_CALL Kx1KalDlg(HWND dialog, UINT message, WPARAM wParam, LPARAM lP
         onInitDialog(dialog, *reinterpret_cast<KalenderRecord*>(lParam));
         return FALSE;  // the grid has the focus
     case WM_COMMAND:
-        if (record) onCommand(dialog, *record, LOWORD(wParam), HIWORD(wParam));
-        else if (LOWORD(wParam) == IDCANCEL) EndDialog(dialog, 0);
+        if (record) {
+            onCommand(dialog, *record, LOWORD(wParam), HIWORD(wParam));
+            return TRUE;
+        }
+        // Without its record the dialog can still be cancelled.
+        if (LOWORD(wParam) != IDCANCEL || !IsWindow(dialog)) return FALSE;
+        EndDialog(dialog, 0);
         return TRUE;
     case DPN_CHOSEN:
         SetWindowLongPtrW(dialog, DWLP_MSGRESULT, SendMessageW(GetParent(dialog), message, wParam, lParam));
@@ -497,9 +501,14 @@ int KVKIT_CALL Kx1Kalender(HWND owner, KalenderRecord* record) {
     return result == 1 ? 1 : 0;
 }
 
+// Focusing the popup activates it, and activation moves the focus before SetFocus could report
+// where it was: the window that had it is taken first.
 HWND KVKIT_CALL Kx1PopupKalender(HWND owner, int, int right, int top) {
+    HWND previous = GetFocus();
     HWND popup = createPopup(owner, right, top);
-    return popup ? SetFocus(popup) : nullptr;
+    if (!popup) return nullptr;
+    SetFocus(popup);
+    return previous;
 }
 
 int KVKIT_CALL Kx1ToolKalender(KVSESSION* session, HWND owner, int mode, int* date1, int* date2) {
