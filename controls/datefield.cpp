@@ -28,8 +28,6 @@ const int kRangeMode = 7;
 const int kDateTextLength = 18;    // read from a field
 const int kDateBufferLength = 20;  // written to a field
 
-LRESULT CALLBACK dateFieldProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
-
 bool isPicker(HWND control) {
     wchar_t name[21];
     return GetClassNameW(control, name, 21) && lstrcmpiW(name, L"SysDateTimePick32") == 0;

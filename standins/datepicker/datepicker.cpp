@@ -272,7 +272,9 @@ void paintGrid(const Grid& grid, HDC dc, const RECT& client) {
     bool focused = GetFocus() == grid.window;
     int monday = firstShownDay(grid);
     for (int week = 0; week < kWeekRows; ++week, monday += 7) {
-        if (layout.numberColumns) {
+        bool rowShown = grid.settings.showAdjacentDays || isShownMonth(grid, dateOf(monday)) ||
+                        isShownMonth(grid, dateOf(monday + 6));
+        if (layout.numberColumns && rowShown) {
             wchar_t number[4];
             _snwprintf(number, 4, L"%d", isoWeek(monday));
             number[3] = 0;
