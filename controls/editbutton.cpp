@@ -218,6 +218,7 @@ void addTooltip(HWND button, const wchar_t* caption, UINT attr, int tooltipKey) 
 // What a button is made of, by its attributes. `caption` is a kvtext buffer or null.
 struct ButtonKind {
     const wchar_t* className;
+    bool imageButton;  // draws its caption, not a picture
     wchar_t* caption;
     DWORD style;
     DWORD exStyle;
@@ -226,6 +227,7 @@ struct ButtonKind {
 // False only when an image button's caption cannot be loaded.
 bool chooseKind(UINT attr, ButtonKind* kind) {
     kind->className = kEditButtonClass;
+    kind->imageButton = false;
     kind->caption = nullptr;
     kind->style = WS_CHILD | WS_VISIBLE | ((attr & EBA_TABSTOP) ? WS_TABSTOP : WS_CLIPSIBLINGS);
     kind->exStyle = 0;
@@ -236,6 +238,7 @@ bool chooseKind(UINT attr, ButtonKind* kind) {
         kind->caption = LoadLanguageString(load ? kLoadFormatText : kSaveFormatText);
         if (!kind->caption) return false;
         kind->className = kImageButtonClass;
+        kind->imageButton = true;
         kind->style |= kImageButtonStyle | (load ? kLoadFormatStyle : kSaveFormatStyle);
     } else if (attr & EBA_CLEAR) {
         kind->caption = LoadLanguageString(kClearText);
@@ -358,7 +361,7 @@ HWND KVKIT_CALL KxSetEditBtnEx(HWND host, int id, HBITMAP bitmap, UINT attr, REC
         SetWindowPos(button, host, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
     if (attr & EBA_DISABLED) EnableWindow(button, FALSE);
     // Image buttons draw their caption: a bitmap given for one stays the caller's.
-    if (kind.className == kEditButtonClass) SetPropW(button, kBitmapProperty, bitmap);
+    if (!kind.imageButton) SetPropW(button, kBitmapProperty, bitmap);
     bool notifiesContainer = (attr & EBA_OWNID) && !(attr & (EBA_NOTIFYEDIT | EBA_CLEAR));
     SetPropW(button, kParentProperty, notifiesContainer ? container : host);
     SetPropW(button, kAttrProperty, reinterpret_cast<HANDLE>(static_cast<UINT_PTR>(attr)));

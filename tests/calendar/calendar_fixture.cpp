@@ -66,11 +66,9 @@ public:
                         Press(dialog, IDCANCEL);
                     }},
                    [&] { return Kx1ToolKalender(nullptr, owner, KAL_QUICKCHOICE | KAL_RANGE, &date, &end); });
-        HWND popup = nullptr;
-        Kx1ToolKalender(nullptr, owner, KAL_POPUP, reinterpret_cast<int*>(400), reinterpret_cast<int*>(100));
-        popup = FindWindowW(DATEPICKER_CLASS, L"DatePicker Popup");
+        Kx1PopupKalender(owner, 0, 400, 100);
         kvtest::PumpFor(50);
-        DestroyWindow(popup);
+        DestroyWindow(FindWindowW(DATEPICKER_CLASS, L"DatePicker Popup"));
         kvtest::PumpMessages();
     }
 };

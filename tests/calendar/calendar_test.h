@@ -30,6 +30,9 @@ inline std::wstring TextOf(HWND window) {
     return text;
 }
 inline std::wstring ItemText(HWND dialog, int id) { return TextOf(GetDlgItem(dialog, id)); }
+inline LRESULT GridDate(HWND dialog, WPARAM which = 0) {
+    return SendDlgItemMessageW(dialog, 601, DPM_GETDATE, which, 0);
+}
 inline bool ItemShown(HWND dialog, int id) {
     return (GetWindowLongW(GetDlgItem(dialog, id), GWL_STYLE) & WS_VISIBLE) != 0;
 }
@@ -67,10 +70,6 @@ inline void Type(HWND dialog, int id, const wchar_t* text) {
     SetFocus(GetDlgItem(dialog, id));
     SetDlgItemTextW(dialog, id, text);
     SetFocus(GetDlgItem(dialog, IDCANCEL));
-}
-
-inline KalenderRecord* RecordOf(HWND dialog) {
-    return static_cast<KalenderRecord*>(GetPropW(dialog, L"struct"));
 }
 
 // A day of the grid clicked (and with `twice` double-clicked) through the grid's messages.

@@ -1,5 +1,5 @@
 // Helpers of the edit-field button tests: a host window with an edit field, real mouse and
-// keyboard input, and read-back of rectangles, properties and pixels.
+// keyboard input, and read-back of rectangles, texts and pixels.
 #pragma once
 #include "kvtest.h"
 #include <initializer_list>
@@ -26,21 +26,10 @@ inline RECT RectInParent(HWND window) {
     return rect;
 }
 
-inline std::wstring WindowText(HWND window) {
+inline std::wstring TextOf(HWND window, bool tooltip = false) {
     wchar_t text[256] = L"";
-    GetWindowTextW(window, text, 256);
-    return text;
-}
-
-inline std::wstring ClassOf(HWND window) {
-    wchar_t name[64] = L"";
-    GetClassNameW(window, name, 64);
-    return name;
-}
-
-inline std::wstring TooltipOf(HWND window) {
-    wchar_t text[256] = L"";
-    Kx2_GetToolTip(window, text, 256);
+    if (tooltip) Kx2_GetToolTip(window, text, 256);
+    else GetWindowTextW(window, text, 256);
     return text;
 }
 
@@ -48,7 +37,7 @@ inline UINT_PTR Prop(HWND window, const wchar_t* name) {
     return reinterpret_cast<UINT_PTR>(GetPropW(window, name));
 }
 
-// Mouse buttons pressed at a client point of `window` and released at `release` (default: the
+// A mouse button pressed at a client point of `window` and released at `release` (default: the
 // same point), through the system's input queue.
 inline void Click(HWND window, POINT press, bool right = false, const POINT* release = nullptr) {
     POINT down = press, up = release ? *release : press;
@@ -57,12 +46,12 @@ inline void Click(HWND window, POINT press, bool right = false, const POINT* rel
     INPUT inputs[3] = {};
     for (INPUT& input : inputs) input.type = INPUT_MOUSE;
     inputs[0].mi.dwFlags = right ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN;
+    inputs[1].mi.dwFlags = MOUSEEVENTF_MOVE;
     inputs[2].mi.dwFlags = right ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP;
     SetCursorPos(down.x, down.y);
     SendInput(1, &inputs[0], sizeof(INPUT));
     kvtest::PumpFor(20);
     SetCursorPos(up.x, up.y);
-    inputs[1].mi.dwFlags = MOUSEEVENTF_MOVE;
     SendInput(2, &inputs[1], sizeof(INPUT));
     kvtest::PumpFor(20);
 }
@@ -76,22 +65,34 @@ inline void ClickCentre(HWND window, bool right = false) {
 // Modifiers down, the key down and up, modifiers up, typed into the focused window.
 inline void PressKeys(std::initializer_list<WORD> modifiers, WORD key) {
     std::vector<INPUT> inputs;
-    auto add = [&inputs](WORD vk, bool up) {
+    auto add = [&inputs](WORD vk, DWORD flags) {
         INPUT input = {};
         input.type = INPUT_KEYBOARD;
         input.ki.wVk = vk;
-        input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
+        input.ki.dwFlags = flags;
         inputs.push_back(input);
     };
-    for (WORD modifier : modifiers) add(modifier, false);
-    add(key, false);
-    add(key, true);
-    for (WORD modifier : modifiers) add(modifier, true);
+    for (WORD modifier : modifiers) add(modifier, 0);
+    add(key, 0);
+    add(key, KEYEVENTF_KEYUP);
+    for (WORD modifier : modifiers) add(modifier, KEYEVENTF_KEYUP);
     SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
     kvtest::PumpFor(20);
 }
 
-// The colour of a client pixel as the window shows it.
+// The last `message` (with `key` as wParam, if given) that the recorder saw, and how many.
+inline kvtest::RecordedMessage LastOf(const kvtest::MessageRecorder& recorder, UINT message,
+                                      int* count = nullptr, WPARAM key = ~0u) {
+    kvtest::RecordedMessage last = {};
+    if (count) *count = 0;
+    for (const kvtest::RecordedMessage& m : recorder.messages())
+        if (m.message == message && (key == ~0u || m.wParam == key)) {
+            last = m;
+            if (count) ++*count;
+        }
+    return last;
+}
+
 inline COLORREF PixelOf(HWND window, int x, int y) {
     UpdateWindow(window);
     HDC dc = GetDC(window);
@@ -100,39 +101,23 @@ inline COLORREF PixelOf(HWND window, int x, int y) {
     return colour;
 }
 
-// The last `message` that the recorder saw (a zeroed record if none).
-inline kvtest::RecordedMessage LastOf(const kvtest::MessageRecorder& recorder, UINT message) {
-    kvtest::RecordedMessage last = {};
-    for (const kvtest::RecordedMessage& m : recorder.messages())
-        if (m.message == message) last = m;
-    return last;
-}
-
-inline int CountKey(const kvtest::MessageRecorder& recorder, UINT message, WPARAM key) {
-    int count = 0;
-    for (const kvtest::RecordedMessage& m : recorder.messages()) count += m.message == message && m.wParam == key;
-    return count;
-}
-
-// A 16 x 16 picture: a red 8 x 8 square in the middle of a light grey (transparent) field.
+// A red square in the middle of a light grey (transparent) field.
 inline HBITMAP RedSquare(int size = 16) {
     return kvtest::MakeBitmap(size, size, [size](int x, int y) {
-        int from = size / 4, to = size - size / 4;
-        return x >= from && x < to && y >= from && y < to ? RGB(255, 0, 0) : RGB(192, 192, 192);
+        bool inside = x >= size / 4 && x < size - size / 4 && y >= size / 4 && y < size - size / 4;
+        return inside ? RGB(255, 0, 0) : RGB(192, 192, 192);
     });
 }
 
 // A host window with an edit field at (50, 40), 200 x 24, identifier 100.
 class EditButtonTest : public kvtest::KvTest {
 protected:
-    static constexpr int kEditId = 100;
-    static constexpr int kEditLeft = 50, kEditTop = 40, kEditWidth = 200, kEditHeight = 24;
+    static constexpr int kEditId = 100, kEditLeft = 50, kEditTop = 40, kEditWidth = 200;
 
     void SetUp() override {
         host = std::make_unique<kvtest::HostWindow>(420, 200);
         SetForegroundWindow(*host);
         edit = addEdit(kEditId, kEditTop);
-        ASSERT_TRUE(edit);
     }
     void TearDown() override {
         host.reset();
@@ -141,13 +126,11 @@ protected:
     }
 
     HWND addEdit(int id, int top, const wchar_t* text = L"") {
-        return host->createChild(L"Edit", text, WS_CHILD | WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL,
-                                 kEditLeft, top, kEditWidth, kEditHeight, id);
+        return host->createChild(L"Edit", text, WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL, kEditLeft, top,
+                                 kEditWidth, 24, id);
     }
-    RECT editRect(int width = kEditWidth) const {
-        return RECT{kEditLeft, kEditTop, kEditLeft + width, kEditTop + kEditHeight};
-    }
-    // WM_COMMAND messages the host window received from `id`, with their notification codes.
+    static RECT editRect(int width = kEditWidth) { return RECT{kEditLeft, kEditTop, kEditLeft + width, kEditTop + 24}; }
+    // The notification codes of the WM_COMMAND messages from `id` that the host window received.
     std::vector<WPARAM> commandsFrom(int id) const {
         std::vector<WPARAM> codes;
         for (const kvtest::RecordedMessage& m : host->messages(WM_COMMAND))
