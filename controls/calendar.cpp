@@ -132,10 +132,10 @@ int weekRows(HWND dialog) {
     return static_cast<int>(SendDlgItemMessageW(dialog, kWeekCombo, CB_GETCOUNT, 0, 0));
 }
 
-// "Weekday dd.mm.yyyy", or an empty field without a date.
+// "Weekday dd.mm.yyyy", or an empty field without a date (or with one that OK will correct).
 void showDate(HWND dialog, int id, const KalenderRecord& record, int date) {
     wchar_t text[kLanguageStringLength + kLabelDateLength + 2] = L"";
-    if (date > 0) {
+    if (date > 0 && GetDay(date) >= 0) {
         wchar_t formatted[kLabelDateLength];
         FormDate(record.session, date, 0, formatted, kLabelDateLength);
         wchar_t* weekday = LoadLanguageString(kFirstWeekdayName + GetDay(date));

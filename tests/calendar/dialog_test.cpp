@@ -176,7 +176,14 @@ TEST_F(Calendar, OkPutsARangeInOrderAndStaysOpenOnce) {
     EXPECT_EQ(1, ask(KAL_RANGE, &from, &to, {[](HWND dialog) { Press(dialog, IDOK); }}));
     EXPECT_EQ(20240510, to);
     KalenderRecord r = record(0, 20250230);
-    EXPECT_EQ(1, run(r, {[](HWND dialog) { Press(dialog, IDOK); }, [](HWND dialog) { Press(dialog, IDOK); }}));
+    EXPECT_EQ(1, run(r, {[](HWND dialog) {
+                             EXPECT_EQ(L"", ItemText(dialog, kStartField)) << "no such day";
+                             Press(dialog, IDOK);
+                         },
+                         [](HWND dialog) {
+                             EXPECT_EQ(Label(20250302), ItemText(dialog, kStartField));
+                             Press(dialog, IDOK);
+                         }}));
     EXPECT_EQ(20250302, r.start);
     EXPECT_FALSE(driver.leftOpen());
 }

@@ -19,6 +19,10 @@ int __stdcall formatCheck(KVSESSION* session, unsigned short type, const wchar_t
 
 TEST_F(Field, AltDownAndDoubleClickActAsAClick) {
     kvtest::MessageRecorder own(edit);  // behind the replacement: what the edit's own procedure gets
+    KvText_FailAllocation(1);
+    EXPECT_EQ(nullptr, KxSetEditBtn(edit, 300, nullptr, EBA_OWNID | EBA_SUBCLASS, nullptr)) << "no subclass cell";
+    EXPECT_EQ(nullptr, GetDlgItem(*host, 300));
+    EXPECT_EQ(editRect(), RectInParent(edit));
     HWND button = KxSetEditBtn(edit, 300, nullptr, EBA_OWNID | EBA_SUBCLASS, nullptr);
     EXPECT_EQ(reinterpret_cast<UINT_PTR>(button), Prop(edit, L"hwndTool"));
     SetFocus(edit);
