@@ -21,3 +21,10 @@ wchar_t* LoadLanguageString(UINT id, int maxLength = kLanguageStringLength);
 
 // Clipboard format "szClipBoard_Color", registered with the colour box classes.
 extern UINT g_colorClipboardFormat;
+
+// Multi-column list box: the procedure of the "KVListbox" class.
+KVKIT_API LRESULT KVKIT_CALL Kx1LbProc(HWND container, UINT message, WPARAM wParam, LPARAM lParam);
+
+// Window procedures of the dialog painting classes that InitTool registers.
+LRESULT CALLBACK DlgPaintWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+LRESULT CALLBACK DlgTippWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -2,6 +2,8 @@
 // and small wrappers over system services.
 #include "core/library.h"
 #include "controls/editbutton.h"
+#include "include/kvkit_colorbox.h"
+#include "include/kvkit_scroll.h"
 #include "kvtext.h"
 
 HINSTANCE g_libraryModule;
@@ -38,7 +40,7 @@ WNDCLASSW libraryClass(const wchar_t* name, WNDPROC procedure, UINT style) {
 
 int registerListboxClass() {
     if (g_listboxClass) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KVListbox", kPlainWindowProc,
+    WNDCLASSW windowClass = libraryClass(L"KVListbox", Kx1LbProc,
                                          CS_GLOBALCLASS | CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW);
     windowClass.cbWndExtra = 4;
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
@@ -50,17 +52,17 @@ int registerListboxClass() {
 // Relies on InitTool's flag to run once.
 int registerColorBoxClasses() {
     g_colorClipboardFormat = RegisterClipboardFormatW(L"szClipBoard_Color");
-    WNDCLASSW frame = libraryClass(L"szColorBoxClass", kPlainWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW frame = libraryClass(L"szColorBoxClass", Kx1ColorWndProc, CS_GLOBALCLASS);
     frame.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     if (!RegisterClassW(&frame)) return 0;
-    WNDCLASSW cell = libraryClass(L"szColorBoxChildClass", kPlainWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW cell = libraryClass(L"szColorBoxChildClass", Kx1ColorWndChildProc, CS_GLOBALCLASS);
     cell.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     return RegisterClassW(&cell) != 0;
 }
 
 int registerDlgPaintClass() {
     if (g_dlgPaintClassRegistered) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KXDlgPaintClass", kPlainWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW windowClass = libraryClass(L"KXDlgPaintClass", DlgPaintWindowProc, CS_GLOBALCLASS);
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(LTGRAY_BRUSH));
     if (RegisterClassW(&windowClass)) g_dlgPaintClassRegistered = 1;
     return g_dlgPaintClassRegistered;
@@ -68,7 +70,7 @@ int registerDlgPaintClass() {
 
 int registerDlgTippClass() {
     if (g_dlgTippClassRegistered) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KXDlgTippWndClass", kPlainWindowProc, CS_GLOBALCLASS);
+    WNDCLASSW windowClass = libraryClass(L"KXDlgTippWndClass", DlgTippWindowProc, CS_GLOBALCLASS);
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
     if (RegisterClassW(&windowClass)) g_dlgTippClassRegistered = 1;
     return g_dlgTippClassRegistered;
@@ -76,7 +78,7 @@ int registerDlgTippClass() {
 
 int registerScrollClass() {
     if (g_scrollClass) return 1;
-    WNDCLASSW windowClass = libraryClass(L"KVScrollClass", kPlainWindowProc,
+    WNDCLASSW windowClass = libraryClass(L"KVScrollClass", KVScrollProc,
                                          CS_GLOBALCLASS | CS_DBLCLKS);
     windowClass.cbWndExtra = 16;
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);

@@ -8,12 +8,15 @@ struct GalleryPage {
     int clientWidth;
     int clientHeight;
     void (*build)(HWND page);  // creates the page's children; may save extra screenshots
+    // What the page shows, for the index; without one the index names the family only.
+    const wchar_t* caption = nullptr;
 };
 
 // Adds a page; pages are shown in name order. Returns true so that it can initialise a static.
 bool RegisterGalleryPage(const GalleryPage& page);
 
-// Saves the window's current look (screen pixels of its client area) as name.png.
+// Saves the window's current look (screen pixels of its client area) as name.png. The index
+// lists it under the page being built.
 void SaveScreenshot(HWND window, const wchar_t* name);
 
 // A child window that paints itself through the callback (on a white background).

@@ -18,6 +18,12 @@ std::vector<GalleryPage>& pages() {
 }
 
 std::wstring g_outputFolder = L".";
+// The screenshots saved for each page shown, in order, for the index.
+struct ShownPage {
+    const GalleryPage* page;
+    std::vector<std::wstring> screenshots;
+};
+std::vector<ShownPage> g_shown;
 HINSTANCE g_languageModule;
 HINSTANCE g_resourceModule;
 const wchar_t kPageClass[] = L"KvGalleryPage";
@@ -79,6 +85,72 @@ bool pngEncoder(CLSID* clsid) {
     return false;
 }
 
+std::string utf8(const std::wstring& text) {
+    int bytes = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, nullptr, 0, nullptr, nullptr);
+    std::string result(bytes > 0 ? bytes - 1 : 0, '\0');
+    if (bytes > 1)
+        WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, &result[0], bytes, nullptr, nullptr);
+    return result;
+}
+
+std::string html(const std::wstring& text) {
+    std::string escaped;
+    for (char c : utf8(text)) {
+        switch (c) {
+        case '&': escaped += "&amp;"; break;
+        case '<': escaped += "&lt;"; break;
+        case '>': escaped += "&gt;"; break;
+        case '"': escaped += "&quot;"; break;
+        default: escaped += c;
+        }
+    }
+    return escaped;
+}
+
+// The family a page shows: its name without the ordering number ("04-listview" -> "listview").
+std::wstring familyOf(const wchar_t* pageName) {
+    std::wstring name = pageName;
+    size_t dash = name.find(L'-');
+    bool numbered = dash != std::wstring::npos && dash > 0 &&
+                    name.find_first_not_of(L"0123456789") == dash;
+    return numbered ? name.substr(dash + 1) : name;
+}
+
+// index.html beside the screenshots: one section per page shown, with its caption and pictures.
+bool writeIndex() {
+    std::wstring path = g_outputFolder + L"\\index.html";
+    FILE* file = _wfopen(path.c_str(), L"wb");
+    if (!file) return false;
+    fputs("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+          "<title>kvkit gallery</title>\n<style>\n"
+          "body { font-family: sans-serif; margin: 2em; max-width: 70em; }\n"
+          "nav a { margin-right: 1em; }\n"
+          "section { margin-top: 2.5em; }\n"
+          "figure { margin: 1em 0; }\n"
+          "img { border: 1px solid #999; max-width: 100%; }\n"
+          "figcaption { color: #555; font-size: 90%; }\n"
+          "</style>\n</head>\n<body>\n<h1>kvkit gallery</h1>\n<nav>\n", file);
+    for (const ShownPage& shown : g_shown)
+        fprintf(file, "<a href=\"#%s\">%s</a>\n", html(shown.page->name).c_str(),
+                html(familyOf(shown.page->name)).c_str());
+    fputs("</nav>\n", file);
+    for (const ShownPage& shown : g_shown) {
+        fprintf(file, "<section id=\"%s\">\n<h2>%s</h2>\n", html(shown.page->name).c_str(),
+                html(familyOf(shown.page->name)).c_str());
+        if (shown.page->caption) fprintf(file, "<p>%s</p>\n", html(shown.page->caption).c_str());
+        for (const std::wstring& screenshot : shown.screenshots)
+            fprintf(file,
+                    "<figure><img src=\"%s.png\" alt=\"%s\"><figcaption>%s.png</figcaption>"
+                    "</figure>\n",
+                    html(screenshot).c_str(), html(screenshot).c_str(), html(screenshot).c_str());
+        fputs("</section>\n", file);
+    }
+    fputs("</body>\n</html>\n", file);
+    bool written = fclose(file) == 0;
+    fwprintf(stdout, L"%ls %ls\n", written ? L"wrote" : L"FAILED to write", path.c_str());
+    return written;
+}
+
 }  // namespace
 
 bool RegisterGalleryPage(const GalleryPage& page) {
@@ -123,6 +195,12 @@ void SaveScreenshot(HWND window, const wchar_t* name) {
         saved = image.Save(path.c_str(), &png, nullptr) == Gdiplus::Ok;
     }
     DeleteObject(shot);
+    if (saved && !g_shown.empty()) {
+        // The page's own screenshot leads its section; extra ones follow in the order taken.
+        std::vector<std::wstring>& shots = g_shown.back().screenshots;
+        bool own = wcscmp(name, g_shown.back().page->name) == 0;
+        shots.insert(own ? shots.begin() : shots.end(), name);
+    }
     fwprintf(stdout, L"%ls %ls\n", saved ? L"wrote" : L"FAILED to write", path.c_str());
     fflush(stdout);
 }
@@ -198,6 +276,7 @@ int wmain(int argc, wchar_t** argv) {
         SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), 0);
         ShowWindow(window, SW_SHOW);
         UpdateWindow(window);
+        g_shown.push_back({&page, {}});
         page.build(window);
         PumpFor(300);
         SaveScreenshot(window, page.name);
@@ -205,5 +284,6 @@ int wmain(int argc, wchar_t** argv) {
         PumpFor(50);
     }
     Gdiplus::GdiplusShutdown(gdiplusToken);
+    if (!writeIndex()) ++failures;
     return failures ? 1 : 0;
 }

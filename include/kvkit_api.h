@@ -2,6 +2,7 @@
 #pragma once
 #include <windows.h>
 
+// Declares an export of kvkit.dll: C linkage, imported from the DLL by its users.
 #ifdef KVKIT_BUILDING
 #define KVKIT_API extern "C"
 #else

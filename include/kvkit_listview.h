@@ -99,6 +99,7 @@ KVKIT_API int KVKIT_CALL KxListView_GetSortColumn(HWND listView, int resort, int
 // --- text cache -------------------------------------------------------------------------------
 
 #pragma pack(push, 1)
+// One row of a CACHE_LISTVIEW.
 struct CACHE_LISTVIEW_ROW {
     LPARAM rowValue;     // lParam of the row
     int sortColumn;      // column compared by the sort in progress

@@ -8,6 +8,7 @@
 #include <commctrl.h>
 #include <uxtheme.h>
 
+// Each wraps the theme function of the same name without the Kx prefix, argument for argument.
 KVKIT_API HTHEME KVKIT_CALL KxOpenThemeData(HWND window, LPCWSTR classList);
 KVKIT_API HRESULT KVKIT_CALL KxCloseThemeData(HTHEME theme);
 KVKIT_API HRESULT KVKIT_CALL KxDrawThemeBackground(HTHEME theme, HDC dc, int part, int state, const RECT* rect, const RECT* clip);

@@ -9,5 +9,5 @@ build=$(cd "${KVKIT_BUILD_DIR:-build}" && pwd)
 rm -rf "$build/gallery"
 mkdir -p "$build/gallery"
 (cd "$build/bin" && bash "$root/scripts/with-wine.sh" "$build" wine kvgallery.exe ../gallery "$@")
-echo "Screenshots written to $build/gallery:"
+echo "Screenshots written to $build/gallery (open index.html there to look through them):"
 ls "$build/gallery"

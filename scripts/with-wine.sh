@@ -27,8 +27,13 @@ if [ ! -f "$WINEPREFIX/system.reg" ]; then
     wineserver -w
 fi
 
+# A server left from an earlier run (perhaps on another, now dead display) is ended first, and
+# waited for: a dying server that the next run still connects to takes the services it started
+# with it, and the first test process then starts them again, holding CTest's output pipe.
+wineserver -k 2>/dev/null || true
+wineserver -w 2>/dev/null || true
 wineserver -p
-trap 'wineserver -k 2>/dev/null || true' EXIT
+trap 'wineserver -k 2>/dev/null || true; wineserver -w 2>/dev/null || true' EXIT
 # Start Wine's background services now, with no terminal or pipe of ours: services started by a
 # test process would inherit its output pipe and keep CTest waiting for it to close.
 wine cmd.exe /c exit </dev/null >/dev/null 2>&1 || true

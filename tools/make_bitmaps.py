@@ -213,10 +213,9 @@ def write_cursor(path, art, hotspot):
 
 def main():
     res = os.path.join(ROOT, "res")
-    write_bmp(os.path.join(res, "btaob.bmp"), triangle(9, "up"))
-    write_bmp(os.path.join(res, "btaun.bmp"), triangle(9, "down"))
-    write_bmp(os.path.join(res, "btali.bmp"), triangle(9, "left"))
-    write_bmp(os.path.join(res, "btare.bmp"), triangle(9, "right"))
+    # Blue rather than black, so that the grey copy drawn for a disabled arrow differs from it.
+    for name, direction in (("btaob", "up"), ("btaun", "down"), ("btali", "left"), ("btare", "right")):
+        write_bmp(os.path.join(res, name + ".bmp"), triangle(9, direction, BLUE))
     write_bmp(os.path.join(res, "sort_up.bmp"), sort_arrow(True))
     write_bmp(os.path.join(res, "sort_down.bmp"), sort_arrow(False))
     write_bmp(os.path.join(res, "calendar.bmp"), calendar_glyph())
@@ -227,6 +226,157 @@ def main():
     samples = os.path.join(ROOT, "samples", "resources")
     write_bmp(os.path.join(samples, "btndelfmt.bmp"), delete_format())
     write_cursor(os.path.join(samples, "hand.cur"), HAND, (5, 0))
+    write_listbox_pictures()
+
+
+# Multi-column list box: row pictures 101-107 (by the items' type letters) and the drag cursors.
+GREEN = (40, 140, 60)
+YELLOW = (230, 190, 40)
+SKIN = (240, 200, 160)
+
+
+def fill(pixels, left, top, right, bottom, colour):
+    """Fills the pixels left <= x < right, top <= y < bottom."""
+    for y in range(top, bottom):
+        for x in range(left, right):
+            pixels[y][x] = colour
+
+
+def outline(pixels, left, top, right, bottom, colour=BLACK):
+    for x in range(left, right):
+        pixels[top][x] = pixels[bottom - 1][x] = colour
+    for y in range(top, bottom):
+        pixels[y][left] = pixels[y][right - 1] = colour
+
+
+def row_picture(kind):
+    """16 x 16 pictures of the list box rows."""
+    pixels = canvas(16, 16)
+    if kind == "company":  # an office block with windows
+        fill(pixels, 3, 1, 13, 15, BLUE)
+        outline(pixels, 3, 1, 13, 15)
+        for y in (3, 6, 9):
+            for x in (5, 9):
+                fill(pixels, x, y, x + 2, y + 2, YELLOW)
+        fill(pixels, 7, 12, 9, 15, BLACK)
+    elif kind == "person":  # head and shoulders
+        fill(pixels, 6, 2, 10, 7, SKIN)
+        outline(pixels, 6, 2, 10, 7)
+        fill(pixels, 3, 8, 13, 15, GREEN)
+        outline(pixels, 3, 8, 13, 15)
+    elif kind == "branch":  # a small house
+        for step in range(6):
+            for x in range(7 - step, 9 + step):
+                pixels[2 + step][x] = RED
+        fill(pixels, 3, 8, 13, 15, WHITE)
+        outline(pixels, 3, 8, 13, 15)
+        fill(pixels, 7, 11, 9, 15, DARK)
+    elif kind == "phone":  # a handset
+        fill(pixels, 2, 3, 14, 6, BLACK)
+        fill(pixels, 2, 6, 5, 9, BLACK)
+        fill(pixels, 11, 6, 14, 9, BLACK)
+        fill(pixels, 4, 9, 12, 14, DARK)
+        outline(pixels, 4, 9, 12, 14)
+        for x in (6, 8, 10):
+            pixels[11][x] = WHITE
+    elif kind == "document":  # a sheet with lines and a folded corner
+        fill(pixels, 3, 1, 13, 15, WHITE)
+        outline(pixels, 3, 1, 13, 15)
+        for y in (5, 7, 9, 11):
+            fill(pixels, 5, y, 11, y + 1, DARK)
+        fill(pixels, 10, 1, 13, 4, GREY)
+        pixels[1][10] = pixels[2][10] = pixels[3][10] = pixels[3][11] = pixels[3][12] = BLACK
+    elif kind == "place":  # a location pin
+        for y in range(1, 10):
+            for x in range(3, 13):
+                if (x - 7.5) ** 2 + (y - 5) ** 2 <= 20:
+                    pixels[y][x] = RED
+        fill(pixels, 6, 4, 10, 7, WHITE)
+        for y in range(10, 15):
+            half = (15 - y) // 2
+            fill(pixels, 8 - half - 1, y, 8 + half + 1, y + 1, RED)
+    else:  # "card": any other type
+        fill(pixels, 1, 3, 15, 13, WHITE)
+        outline(pixels, 1, 3, 15, 13)
+        fill(pixels, 3, 5, 7, 10, DARK)
+        for y in (6, 8):
+            fill(pixels, 8, y, 13, y + 1, BLUE)
+    return pixels
+
+
+# Drag cursors of the list box: moving a row, no place to drop it, and moving a row between two
+# others of a plain list box.
+MOVE = [
+    "X               ",
+    "XX              ",
+    "X.X             ",
+    "X..X            ",
+    "X...X           ",
+    "X....X          ",
+    "X.....X         ",
+    "X......X        ",
+    "X.......X       ",
+    "X....XXXXX      ",
+    "X..X..X         ",
+    "X.X X..X        ",
+    "XX  X..X        ",
+    "     X..X XXXXXX",
+    "     X..X X....X",
+    "      XX  X....X",
+    "          X....X",
+    "          X....X",
+    "          XXXXXX",
+]
+
+def nofeld_art():
+    """A 20 x 20 ring crossed by a bar: white with black borders."""
+    art = []
+    for y in range(20):
+        line = ""
+        for x in range(20):
+            d = ((x - 9.5) ** 2 + (y - 9.5) ** 2) ** 0.5
+            bar = abs(x - y)
+            if 7.2 <= d <= 8.8 or (d < 7.2 and bar <= 1):
+                line += "."
+            elif 6.2 <= d <= 9.8 or (d < 7.2 and bar == 2):
+                line += "X"
+            else:
+                line += " "
+        art.append(line)
+    return art
+
+
+NOFELD = nofeld_art()
+
+MOVECUR = [
+    "       X        ",
+    "      X.X       ",
+    "     X...X      ",
+    "    X.....X     ",
+    "    XXX.XXX     ",
+    "      X.X       ",
+    "XXXXXXX.XXXXXXX ",
+    "X.............X ",
+    "XXXXXXX.XXXXXXX ",
+    "      X.X       ",
+    "    XXX.XXX     ",
+    "    X.....X     ",
+    "     X...X      ",
+    "      X.X       ",
+    "       X        ",
+]
+
+
+def write_listbox_pictures():
+    res = os.path.join(ROOT, "res")
+    kinds = {101: "company", 102: "card", 103: "person", 104: "branch", 105: "phone",
+             106: "document", 107: "place"}
+    for number, kind in kinds.items():
+        write_bmp(os.path.join(res, "lb%d_%s.bmp" % (number, kind)), row_picture(kind))
+    write_cursor(os.path.join(res, "move.cur"), MOVE, (0, 0))
+    write_cursor(os.path.join(res, "nofeld.cur"), NOFELD, (10, 10))
+    write_cursor(os.path.join(res, "movecur.cur"), MOVECUR, (7, 7))
+
 
 
 if __name__ == "__main__":

@@ -69,6 +69,10 @@ void build(HWND page) {
     AddLabel(page, 350, 290, 160, 40, L"A registered \"KVListbox\" window");
 }
 
-const bool registered = RegisterGalleryPage({L"01-frame", 520, 360, build});
+const bool registered = RegisterGalleryPage(
+    {L"01-frame", 520, 360, build,
+     L"The library frame: its own pictures (arrows, sort arrows, glyphs, grip, tool bitmaps), "
+     L"texts from the language module, the small caption font, the theme state, and a list box "
+     L"where Enter and Space act as a double click."});
 
 }  // namespace

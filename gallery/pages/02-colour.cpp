@@ -148,6 +148,9 @@ void build(HWND page) {
     CreatePaintedPanel(page, 392, 10, 372, 276, paintPictures);
 }
 
-const bool registered = RegisterGalleryPage({L"02-colour", 774, 296, build});
+const bool registered = RegisterGalleryPage(
+    {L"02-colour", 774, 296, build,
+     L"Colour and bitmap toolkit: gradients, button faces, transparent drawing by key and by "
+     L"mask, and one tool picture in greyscale, level-adjusted, disabled and recoloured forms."});
 
 }  // namespace

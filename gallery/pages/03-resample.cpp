@@ -284,6 +284,10 @@ void build(HWND page) {
     createBufferedPane(page, 10, 404);
 }
 
-const bool registered = RegisterGalleryPage({L"03-resample", 930, 524, build});
+const bool registered = RegisterGalleryPage(
+    {L"03-resample", 930, 524, build,
+     L"Resampling and buffered painting: a picture resized down and up by each method beside "
+     L"the system's own stretch, a small picture placed on a larger canvas by each placement "
+     L"flag, and a pane painted through KVBeginPaint."});
 
 }  // namespace

@@ -154,6 +154,9 @@ void build(HWND page) {
     SetFocus(g_page.list);
 }
 
-const bool registered = RegisterGalleryPage({L"04-listview", 640, 440, build});
+const bool registered = RegisterGalleryPage(
+    {L"04-listview", 640, 440, build,
+     L"List view helpers: a customer table built with the column and cell helpers, sorted by "
+     L"its date column with the arrow in the header, one row coloured through custom draw."});
 
 }  // namespace

@@ -249,6 +249,9 @@ void build(HWND page) {
     CreatePaintedPanel(page, 10, 10, 680, 330, paintOutlines);
 }
 
-const bool registered = RegisterGalleryPage({L"05-sizedlg", 700, 350, build});
+const bool registered = RegisterGalleryPage(
+    {L"05-sizedlg", 700, 350, build,
+     L"Resizable dialogs: a contact dialog laid out by the engine at its design size and "
+     L"enlarged, with a page dialog placed into its tab control."});
 
 }  // namespace

@@ -68,27 +68,35 @@ std::vector<UINT_PTR> KernelHandleValues() {
 DWORD KernelHandles() { return static_cast<DWORD>(KernelHandleValues().size()); }
 
 namespace {
-// The object type of a handle ("Event", "Thread", ...), for failure messages.
-std::string handleType(UINT_PTR value) {
+// The object type of a handle and its name if it has one ("Event", "Mutant DBWinMutex", ...),
+// for failure messages.
+std::string describeHandle(UINT_PTR value) {
     union {
-        PUBLIC_OBJECT_TYPE_INFORMATION info;
-        BYTE space[512];
+        PUBLIC_OBJECT_TYPE_INFORMATION type;
+        UNICODE_STRING name;
+        BYTE space[1024];
     } buffer = {};
     ULONG length = 0;
-    if (NtQueryObject(reinterpret_cast<HANDLE>(value), ObjectTypeInformation, &buffer,
-                      sizeof(buffer), &length) != 0)
-        return "?";
-    std::string name;
-    for (USHORT i = 0; i < buffer.info.TypeName.Length / 2; ++i)
-        name += static_cast<char>(buffer.info.TypeName.Buffer[i]);
-    return name;
+    HANDLE handle = reinterpret_cast<HANDLE>(value);
+    auto narrow = [](const UNICODE_STRING& text) {
+        std::string result;
+        for (USHORT i = 0; i < text.Length / 2; ++i) result += static_cast<char>(text.Buffer[i]);
+        return result;
+    };
+    if (NtQueryObject(handle, ObjectTypeInformation, &buffer, sizeof(buffer), &length) != 0) return "?";
+    std::string description = narrow(buffer.type.TypeName);
+    const auto kObjectNameInformation = static_cast<OBJECT_INFORMATION_CLASS>(1);
+    if (NtQueryObject(handle, kObjectNameInformation, &buffer, sizeof(buffer), &length) == 0 &&
+        buffer.name.Length)
+        description += " " + narrow(buffer.name);
+    return description;
 }
 
 std::string describeNewHandles(const std::vector<UINT_PTR>& before, const std::vector<UINT_PTR>& now) {
     std::string text;
     for (UINT_PTR value : now)
         if (std::find(before.begin(), before.end(), value) == before.end())
-            text += " 0x" + std::to_string(value) + " " + handleType(value);
+            text += " 0x" + std::to_string(value) + " " + describeHandle(value);
     return text;
 }
 }  // namespace
@@ -394,6 +402,58 @@ INT_PTR CALLBACK closingDialogProc(HWND dialog, UINT message, WPARAM, LPARAM) {
     if (message == WM_COMMAND) EndDialog(dialog, 0);
     return message == WM_INITDIALOG;
 }
+
+HHOOK g_messageBoxCloser;
+
+LRESULT CALLBACK closeMessageBox(int code, WPARAM wParam, LPARAM lParam) {
+    wchar_t name[16] = L"";
+    if (code == HCBT_ACTIVATE && GetClassNameW(reinterpret_cast<HWND>(wParam), name, 16) &&
+        lstrcmpW(name, L"#32770") == 0)
+        PostMessageW(reinterpret_cast<HWND>(wParam), WM_COMMAND, IDOK, 0);
+    return CallNextHookEx(g_messageBoxCloser, code, wParam, lParam);
+}
+
+// A popup menu with a checked entry and a submenu, one entry highlighted, then ended: its font,
+// check and arrow bitmaps and regions stay cached.
+void showPopupMenu(HostWindow& owner) {
+    int idle = 0;
+    owner.setHandler([&](HWND, UINT message, WPARAM kind, LPARAM menuWindow, LRESULT*) {
+        if (message != WM_ENTERIDLE || kind != MSGF_MENU) return false;
+        if (idle++ == 0) PostMessageW(reinterpret_cast<HWND>(menuWindow), WM_KEYDOWN, VK_DOWN, 1);
+        else EndMenu();
+        return true;
+    });
+    HMENU menu = CreatePopupMenu();
+    AppendMenuW(menu, MF_STRING, 1, L"&Entry");
+    AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+    AppendMenuW(menu, MF_STRING | MF_CHECKED, 2, L"Checked");
+    HMENU sub = CreatePopupMenu();
+    AppendMenuW(sub, MF_STRING, 3, L"Sub");
+    AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(sub), L"More");
+    TrackPopupMenu(menu, TPM_RETURNCMD, 50, 50, 0, owner, nullptr);
+    DestroyMenu(menu);
+    owner.setHandler(nullptr);
+    PumpMessages();
+}
+
+// A tooltip shown once for a button under the mouse.
+void showTooltip(HostWindow& owner) {
+    HWND button = owner.createChild(L"Button", L"x", WS_VISIBLE, 0, 0, 40, 20, 1);
+    HWND tip = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP,
+                               0, 0, 0, 0, owner, nullptr, GetModuleHandleW(nullptr), nullptr);
+    TTTOOLINFOW tool = {};
+    tool.cbSize = sizeof(tool);
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.hwnd = owner;
+    tool.uId = reinterpret_cast<UINT_PTR>(button);
+    tool.lpszText = const_cast<wchar_t*>(L"warm-up");
+    SendMessageW(tip, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    SendMessageW(tip, TTM_TRACKACTIVATE, TRUE, reinterpret_cast<LPARAM>(&tool));
+    SendMessageW(tip, TTM_POPUP, 0, 0);
+    PumpFor(50);
+    DestroyWindow(tip);
+    DestroyWindow(button);
+}
 }  // namespace
 
 void WarmUpSystemCaches() {
@@ -426,6 +486,21 @@ void WarmUpSystemCaches() {
     PumpMessages();
     // The first beep starts the sound system's thread, which then stays.
     MessageBeep(0);
+    {
+        HostWindow owner(200, 100);
+        showPopupMenu(owner);
+        showTooltip(owner);
+        // A message box loads the shared standard icons.
+        g_messageBoxCloser = SetWindowsHookExW(WH_CBT, closeMessageBox, nullptr, GetCurrentThreadId());
+        MessageBoxW(owner, L"warm-up", L"warm-up", MB_OK | MB_ICONINFORMATION);
+        UnhookWindowsHookEx(g_messageBoxCloser);
+        for (const wchar_t* icon : {IDI_APPLICATION, IDI_ERROR, IDI_WARNING, IDI_INFORMATION, IDI_QUESTION})
+            LoadIconW(nullptr, icon);
+    }
+    // The first debug output of each form opens handles for good; GoogleTest writes every
+    // failure there too.
+    OutputDebugStringA("kvtest: warm-up\n");
+    OutputDebugStringW(L"kvtest: warm-up\n");
     // GoogleTest's first thread-local value (a scoped trace) starts its watcher thread.
     { SCOPED_TRACE("warm-up"); }
 }

@@ -140,8 +140,8 @@ inline bool IsGdiObject(HGDIOBJ object) { return GetObjectType(object) != 0; }
 // the objects they keep do not count as left behind by the test that happened to fill them:
 // Wine's pool of cached window DCs, the system colour brushes, the theme parts and bitmaps of
 // the common controls (each control created, painted, hovered and destroyed), a dialog box, the
-// system cursors, the sound thread that the first beep starts and GoogleTest's thread-local
-// watcher.
+// system cursors and icons, the first popup menu, tooltip and message box, the sound thread that
+// the first beep starts, the first debug output and GoogleTest's thread-local watcher.
 void WarmUpSystemCaches();
 
 // The loaded sample modules (the shared main loads them).
