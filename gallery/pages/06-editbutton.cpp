@@ -93,6 +93,10 @@ void build(HWND page) {
     showCalendarOver(page, visit);
 }
 
-const bool registered = RegisterGalleryPage({L"06-editbutton", 800, 400, build});
+const bool registered = RegisterGalleryPage(
+    {L"06-editbutton", 800, 400, build,
+     L"Edit-field buttons on a customer form: a chooser, a clear button, a date field with its "
+     L"calendar dialog, a date range whose end field has opened the calendar popup, a format "
+     L"field with load, delete and save buttons, a flat colour button and a disabled one."});
 
 }  // namespace

@@ -203,7 +203,7 @@ TEST_F(DateTimeHelpers, DatesInAndOut) {
     EXPECT_TRUE(DateTime_SetTimeZero(picker, false));
     EXPECT_EQ(GDT_NONE, state());
 
-    SYSTEMTIME leapDay = {2024, 2, 0, 29};
+    SYSTEMTIME leapDay = {2024, 2, 0, 29, 0, 0, 0, 0};
     EXPECT_EQ(1, KxDateTime_FormatDate(nullptr, text, leapDay, 0, 32));
     EXPECT_EQ(std::wstring(L"29.02.2024"), text);
     EXPECT_EQ(0, KxDateTime_FormatDate(nullptr, nullptr, leapDay, 0, 32));
