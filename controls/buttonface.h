@@ -7,3 +7,6 @@
 // button is disabled; a focus rectangle inset by 2 while it has the focus.
 void PaintButtonFace(HDC dc, const RECT& client, bool pressed, HBITMAP picture, bool enabled,
                      bool focused);
+// The picture part of the face alone (for buttons with a face of their own): centred,
+// transparent on light grey, greyscale while disabled. Nothing for a null picture.
+void DrawButtonPicture(HDC dc, const RECT& client, HBITMAP picture, bool enabled);

@@ -1,6 +1,7 @@
 // Module entry, one-time class registration, language and resource modules, the format check,
 // and small wrappers over system services.
 #include "core/library.h"
+#include "controls/editbutton.h"
 #include "include/kvkit_colorbox.h"
 #include "include/kvkit_scroll.h"
 #include "kvtext.h"
@@ -87,7 +88,7 @@ int registerScrollClass() {
 
 int registerEditButtonClass() {
     if (g_editButtonClassRegistered) return 1;
-    WNDCLASSW windowClass = libraryClass(L"EditButton", kPlainWindowProc,
+    WNDCLASSW windowClass = libraryClass(L"EditButton", EdBtnProc,
                                          CS_GLOBALCLASS | CS_DBLCLKS);
     windowClass.hCursor = LoadCursorW(g_bitmapModule, L"handIcon");
     if (RegisterClassW(&windowClass)) g_editButtonClassRegistered = 1;
