@@ -156,24 +156,7 @@ void onPaint(const ColorBoxRecord& record, HWND popup) {
 
 // --- more colours -----------------------------------------------------------------------------
 
-typedef BOOL(WINAPI* ChooseColorFunction)(CHOOSECOLORW*);
-
-// The common dialogs library is loaded on first use and kept.
-ChooseColorFunction chooseColorFunction() {
-    static ChooseColorFunction function;
-    if (!function) {
-        HMODULE dialogs = LoadLibraryW(L"comdlg32.dll");
-        if (dialogs) function = reinterpret_cast<ChooseColorFunction>(GetProcAddress(dialogs, "ChooseColorW"));
-    }
-    return function;
-}
-
 void chooseMoreColours(ColorBoxRecord* record, HWND popup) {
-    ChooseColorFunction chooseColor = chooseColorFunction();
-    if (!chooseColor) {
-        MessageBeep(0);
-        return;
-    }
     COLORREF custom[16];
     for (COLORREF& colour : custom) colour = RGB(255, 255, 255);
     CHOOSECOLORW choice = {};
@@ -184,7 +167,7 @@ void chooseMoreColours(ColorBoxRecord* record, HWND popup) {
     choice.Flags = CC_RGBINIT | CC_FULLOPEN;
     HWND box = record->box;
     record->flags |= KXCB_CHOOSING;
-    BOOL chosen = chooseColor(&choice);
+    BOOL chosen = ChooseColorW(&choice);
     if (BoxRecord(box) != record) return;  // the box went while the dialog was open
     record->flags &= ~KXCB_CHOOSING;
     if (!chosen) {

@@ -18,10 +18,6 @@ const UINT kPageNumberText = 17120;
 const int kPageTextCapacity = kLanguageStringLength + 24;
 const wchar_t kTreeViewClass[] = L"SysTreeView32";
 
-// The common dialog module, loaded by the first print without a device and kept: the printing
-// system it brings in keeps objects that unloading it would leave behind.
-HMODULE g_commonDialogs;
-
 struct PrintLine {
     HTREEITEM item;
     int level;
@@ -82,17 +78,13 @@ void gatherSubtree(HWND tree, HTREEITEM item, int level, bool all, LineList& lis
         gatherSubtree(tree, child, level + 1, all, list);
 }
 
-// The system print dialog, bound at run time. The device context it returns, or null.
+// The system print dialog. The device context it returns, or null.
 HDC askForPrinter(HWND tree) {
-    typedef BOOL(WINAPI * PrintDialog)(PRINTDLGW*);
-    if (!g_commonDialogs) g_commonDialogs = LoadLibraryW(L"comdlg32.dll");
-    if (!g_commonDialogs) return nullptr;
-    auto printDialog = reinterpret_cast<PrintDialog>(GetProcAddress(g_commonDialogs, "PrintDlgW"));
     PRINTDLGW request = {};
     request.lStructSize = sizeof(request);
     request.hwndOwner = GetAncestor(tree, GA_ROOT);
     request.Flags = PD_RETURNDC | PD_NOPAGENUMS | PD_NOSELECTION | PD_USEDEVMODECOPIESANDCOLLATE;
-    HDC dc = printDialog && printDialog(&request) ? request.hDC : nullptr;
+    HDC dc = PrintDlgW(&request) ? request.hDC : nullptr;
     if (request.hDevMode) GlobalFree(request.hDevMode);
     if (request.hDevNames) GlobalFree(request.hDevNames);
     return dc;
