@@ -2,6 +2,7 @@
 // at its design size and enlarged, with a page dialog placed into its tab control. The page
 // window draws the outlines of every child at both sizes.
 #include "gallery/gallery.h"
+#include "gallery/dialog_template.h"
 #include <commctrl.h>
 #include <vector>
 #include "kvkit_sizedlg.h"
@@ -21,47 +22,6 @@ const KXSIZE_ATTR kAttributes[] = {
     {kMailLabel, KXSIZE_MOVE_TOP},
     {kBrowse, KXSIZE_MOVE_TOP | KXSIZE_ANCHOR_RIGHT},
     {kHelp, KXSIZE_ANCHOR_BOTTOM},
-};
-
-class TemplateWriter {
-public:
-    TemplateWriter(DWORD style, int items, int width, int height, const wchar_t* title) {
-        dword(style);
-        dword(0);
-        words_.push_back(static_cast<WORD>(items));
-        coordinates(0, 0, width, height);
-        words_.push_back(0);  // no menu
-        words_.push_back(0);  // standard dialog class
-        text(title);
-        words_.push_back(8);  // DS_SETFONT: point size and face
-        text(L"MS Shell Dlg");
-    }
-    void item(const wchar_t* className, const wchar_t* title, DWORD style, int x, int y, int cx,
-              int cy, int id) {
-        if (words_.size() % 2) words_.push_back(0);
-        dword(style | WS_CHILD | WS_VISIBLE);
-        dword(0);
-        coordinates(x, y, cx, cy);
-        words_.push_back(static_cast<WORD>(id));
-        text(className);
-        text(title);
-        words_.push_back(0);
-    }
-    const DLGTEMPLATE* data() const { return reinterpret_cast<const DLGTEMPLATE*>(words_.data()); }
-
-private:
-    void dword(DWORD value) {
-        words_.push_back(LOWORD(value));
-        words_.push_back(HIWORD(value));
-    }
-    void coordinates(int x, int y, int cx, int cy) {
-        for (int value : {x, y, cx, cy}) words_.push_back(static_cast<WORD>(value));
-    }
-    void text(const wchar_t* value) {
-        for (; *value; ++value) words_.push_back(*value);
-        words_.push_back(0);
-    }
-    std::vector<WORD> words_;
 };
 
 INT_PTR CALLBACK pageProc(HWND, UINT message, WPARAM, LPARAM) {
@@ -111,7 +71,7 @@ void addTabs(HWND tab) {
 // manager does: the page is laid out from the tab's page area, its children from their own.
 void addContactsPage(HWND dialog) {
     HWND tab = GetDlgItem(dialog, kTab);
-    TemplateWriter page(WS_CHILD | WS_VISIBLE | DS_CONTROL | DS_SETFONT, 2, 200, 80, L"");
+    DialogTemplate page(WS_CHILD | WS_VISIBLE | DS_CONTROL, 2, 200, 80);
     page.item(WC_LISTVIEWW, L"", LVS_REPORT | WS_BORDER, 0, 0, 10, 10, kContacts);
     page.item(L"Edit", L"Called on Monday; wants the new price list.",
               ES_MULTILINE | ES_WANTRETURN | WS_BORDER | WS_VSCROLL, 0, 0, 10, 10, kNotes);
@@ -154,7 +114,7 @@ INT_PTR CALLBACK contactDialogProc(HWND dialog, UINT message, WPARAM wParam, LPA
 }
 
 HWND createContactDialog(HWND owner) {
-    TemplateWriter contact(WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | DS_SETFONT, 9, 260,
+    DialogTemplate contact(WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME, 9, 260,
                            170, L"Contact - resizable");
     contact.item(L"Static", L"Name:", SS_LEFT, 7, 9, 36, 8, kNameLabel);
     contact.item(L"Edit", L"Nordlicht AG", ES_AUTOHSCROLL | WS_BORDER | WS_TABSTOP, 46, 7, 150, 12, kNameEdit);

@@ -2,6 +2,7 @@
 // kept alive, the notes page without a tab), a property sheet with six pages on one line of tabs,
 // a balloon tooltip over a field, and a combo box whose drop-down fits its widest entry.
 #include "gallery/gallery.h"
+#include "gallery/dialog_template.h"
 #include <commctrl.h>
 #include <prsht.h>
 #include <vector>
@@ -16,44 +17,6 @@ namespace {
 const int kAddressPage = 6140, kContactsPage = 6141, kNotesPage = 6142, kFirstSheetPage = 6150;
 const int kStreetEdit = 100, kCityEdit = 101, kContactsList = 110, kNotesEdit = 120;
 const int kTabId = 1000, kComboId = 1001;
-
-class TemplateWriter {
-public:
-    TemplateWriter(DWORD style, int items, int width, int height) {
-        dword(style | DS_SETFONT);
-        dword(0);
-        words_.push_back(static_cast<WORD>(items));
-        for (int value : {0, 0, width, height}) words_.push_back(static_cast<WORD>(value));
-        words_.push_back(0);  // no menu
-        words_.push_back(0);  // the dialog class
-        words_.push_back(0);  // no title
-        words_.push_back(8);
-        text(L"MS Shell Dlg");
-    }
-    void item(const wchar_t* className, const wchar_t* title, DWORD style, int x, int y, int cx,
-              int cy, int id) {
-        if (words_.size() % 2) words_.push_back(0);
-        dword(style | WS_CHILD | WS_VISIBLE);
-        dword(0);
-        for (int value : {x, y, cx, cy}) words_.push_back(static_cast<WORD>(value));
-        words_.push_back(static_cast<WORD>(id));
-        text(className);
-        text(title);
-        words_.push_back(0);
-    }
-    const DLGTEMPLATE* data() const { return reinterpret_cast<const DLGTEMPLATE*>(words_.data()); }
-
-private:
-    void dword(DWORD value) {
-        words_.push_back(LOWORD(value));
-        words_.push_back(HIWORD(value));
-    }
-    void text(const wchar_t* value) {
-        for (; *value; ++value) words_.push_back(*value);
-        words_.push_back(0);
-    }
-    std::vector<WORD> words_;
-};
 
 INT_PTR CALLBACK addressProc(HWND page, UINT message, WPARAM, LPARAM) {
     if (message != WM_INITDIALOG) return FALSE;
@@ -103,7 +66,7 @@ INT_PTR CALLBACK customerProc(HWND dialog, UINT message, WPARAM, LPARAM lParam) 
 }
 
 HWND createCustomerDialog(HWND parent) {
-    TemplateWriter customer(WS_CHILD | WS_VISIBLE | DS_CONTROL, 1, 230, 150);
+    DialogTemplate customer(WS_CHILD | WS_VISIBLE | DS_CONTROL, 1, 230, 150);
     customer.item(WC_TABCONTROLW, L"", WS_CLIPSIBLINGS | WS_TABSTOP, 4, 4, 222, 140, kTabId);
     return CreateDialogIndirectParamW(GetModuleHandleW(nullptr), customer.data(), parent,
                                       customerProc, 0);

@@ -2,6 +2,7 @@
 // format check failed and a text hint on the customer number, a picture hint with a photo
 // preview (second screenshot), and two tool windows with the painted caption, one active.
 #include "gallery/gallery.h"
+#include "gallery/dialog_template.h"
 #include <vector>
 #include "kvkit_caption.h"
 #include "kvkit_dlgpaint.h"
@@ -15,48 +16,10 @@ const int kHeader = 100, kNumber = 101, kBirth = 102, kCity = 103, kMenuLabel = 
 const wchar_t kToolClass[] = L"KvGalleryToolWindow";
 
 // A child form made from an in-memory template, as a host's dialog is.
-class FormTemplate {
-public:
-    FormTemplate(int items, int width, int height) {
-        dword(WS_CHILD | WS_VISIBLE | DS_CONTROL | DS_SETFONT);
-        dword(0);
-        words_.push_back(static_cast<WORD>(items));
-        for (int value : {0, 0, width, height}) words_.push_back(static_cast<WORD>(value));
-        words_.push_back(0);
-        words_.push_back(0);
-        words_.push_back(0);
-        words_.push_back(8);
-        text(L"MS Shell Dlg");
-    }
-    void item(const wchar_t* className, const wchar_t* title, DWORD style, int x, int y, int cx,
-              int cy, int id) {
-        if (words_.size() % 2) words_.push_back(0);
-        dword(style | WS_CHILD | WS_VISIBLE);
-        dword(0);
-        for (int value : {x, y, cx, cy}) words_.push_back(static_cast<WORD>(value));
-        words_.push_back(static_cast<WORD>(id));
-        text(className);
-        text(title);
-        words_.push_back(0);
-    }
-    const DLGTEMPLATE* data() const { return reinterpret_cast<const DLGTEMPLATE*>(words_.data()); }
-
-private:
-    void dword(DWORD value) {
-        words_.push_back(LOWORD(value));
-        words_.push_back(HIWORD(value));
-    }
-    void text(const wchar_t* value) {
-        for (; *value; ++value) words_.push_back(*value);
-        words_.push_back(0);
-    }
-    std::vector<WORD> words_;
-};
-
 INT_PTR CALLBACK formProc(HWND, UINT message, WPARAM, LPARAM) { return message == WM_INITDIALOG; }
 
 HWND createForm(HWND page) {
-    FormTemplate form(9, 230, 170);
+    DialogTemplate form(WS_CHILD | WS_VISIBLE | DS_CONTROL, 9, 230, 170);
     form.item(L"KXDlgPaintClass", L"Customer\nnew record", 0, 0, 0, 230, 28, kHeader);
     form.item(L"Static", L"Customer no.:", SS_LEFT, 8, 40, 60, 8, -1);
     form.item(L"Edit", L"K-10482", ES_AUTOHSCROLL | WS_BORDER | WS_TABSTOP, 72, 38, 90, 12, kNumber);
