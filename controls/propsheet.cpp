@@ -151,13 +151,8 @@ LRESULT KVKIT_CALL KxPropSheetHook(int code, WPARAM wParam, LPARAM lParam) {
         auto tabs = reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETTABCONTROL, 0, 0));
         int count = static_cast<int>(SendMessageW(tabs, TCM_GETITEMCOUNT, 0, 0));
         for (int i = 0; i < count; ++i) {
-            wchar_t text[kMnemonicTextLength + 1] = L"";
-            TCITEMW item = {};
-            item.mask = TCIF_TEXT;
-            item.pszText = text;
-            item.cchTextMax = kMnemonicTextLength + 1;
-            if (!SendMessageW(tabs, TCM_GETITEMW, i, reinterpret_cast<LPARAM>(&item))) continue;
-            if (!HasMnemonic(item.pszText, static_cast<wchar_t>(message->wParam))) continue;
+            if (!TabHasMnemonic(tabs, i, kMnemonicTextLength, static_cast<wchar_t>(message->wParam)))
+                continue;
             SendMessageW(sheet, PSM_SETCURSEL, i, 0);
             message->message = WM_NULL;
         }

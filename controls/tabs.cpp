@@ -316,13 +316,8 @@ LRESULT KVKIT_CALL KxTabSystemHook(int code, WPARAM wParam, LPARAM lParam) {
         IsWindow(tabControl)) {
         int count = static_cast<int>(SendMessageW(tabControl, TCM_GETITEMCOUNT, 0, 0));
         for (int i = 0; i < count; ++i) {
-            wchar_t text[kMnemonicTextLength + 1] = L"";
-            TCITEMW item = {};
-            item.mask = TCIF_TEXT;
-            item.pszText = text;
-            item.cchTextMax = kMnemonicTextLength + 1;
-            if (!SendMessageW(tabControl, TCM_GETITEMW, i, reinterpret_cast<LPARAM>(&item))) continue;
-            if (!HasMnemonic(item.pszText, static_cast<wchar_t>(message->wParam))) continue;
+            if (!TabHasMnemonic(tabControl, i, kMnemonicTextLength, static_cast<wchar_t>(message->wParam)))
+                continue;
             selectTab(tabControl, i);
             message->message = WM_NULL;
         }
