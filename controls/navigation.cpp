@@ -3,6 +3,7 @@
 #include "controls/navigation_internal.h"
 #include "core/library.h"
 #include "graphics/memory_dc.h"
+#include "graphics/thumbnail.h"
 #include "include/kvkit_bitmap.h"
 #include "include/kvkit_paint.h"
 #include "include/kvkit_resample.h"
@@ -70,21 +71,7 @@ HBITMAP makeEntryIcon(HBITMAP icon, int size, COLORREF key) {
     if (!BitmapSize(icon, &width, &height) || width <= 0 || height <= 0) return nullptr;
     int fitWidth = width >= height ? size : MulDiv(width, size, height);
     int fitHeight = height >= width ? size : MulDiv(height, size, width);
-    HBITMAP copy = HBitmapDuplicate(icon);
-    if (!copy) return nullptr;
-    // Deletes the copy when it makes a new bitmap.
-    HBITMAP resized = Kx1ShrinkBitmapEx2(copy, fitWidth > 0 ? fitWidth : 1,
-                                         fitHeight > 0 ? fitHeight : 1, 1, 1);
-    HBITMAP square = StretchBimapBackground(resized, size, size,
-                                            KV_STRETCHBK_HCENTER | KV_STRETCHBK_VCENTER |
-                                                KV_STRETCHBK_GIVENCOLOR | KV_STRETCHBK_DELETESOURCE,
-                                            &key, nullptr);
-    int finalWidth, finalHeight;
-    if (!BitmapSize(square, &finalWidth, &finalHeight) || finalWidth != size || finalHeight != size) {
-        if (square) DeleteObject(square);
-        return nullptr;
-    }
-    return square;
+    return FitPictureOnSquare(icon, fitWidth, fitHeight, size, key);
 }
 
 // --- window procedure -------------------------------------------------------------------------

@@ -3,6 +3,7 @@
 // resizable through the library's resizable-dialog functions.
 #include "core/library.h"
 #include "graphics/memory_dc.h"
+#include "graphics/thumbnail.h"
 #include "include/kvkit_bitmap.h"
 #include "include/kvkit_diagnostics.h"
 #include "include/kvkit_resample.h"
@@ -60,21 +61,7 @@ HBITMAP makeThumbnail(HBITMAP picture, int size, COLORREF key) {
     double scale = room / width < room / height ? room / width : room / height;
     if (scale > kMostEnlargement) scale = kMostEnlargement;
     int fitWidth = static_cast<int>(width * scale + 0.5), fitHeight = static_cast<int>(height * scale + 0.5);
-    HBITMAP copy = HBitmapDuplicate(picture);
-    if (!copy) return nullptr;
-    // Each step deletes its source when it makes a new bitmap and returns the source otherwise.
-    HBITMAP resized = Kx1ShrinkBitmapEx2(copy, fitWidth > 0 ? fitWidth : 1,
-                                         fitHeight > 0 ? fitHeight : 1, 1, 1);
-    HBITMAP square = StretchBimapBackground(resized, size, size,
-                                            KV_STRETCHBK_HCENTER | KV_STRETCHBK_VCENTER |
-                                                KV_STRETCHBK_GIVENCOLOR | KV_STRETCHBK_DELETESOURCE,
-                                            &key, nullptr);
-    int squareWidth, squareHeight;
-    if (!BitmapSize(square, &squareWidth, &squareHeight) || squareWidth != size || squareHeight != size) {
-        if (square) DeleteObject(square);
-        return nullptr;
-    }
-    return square;
+    return FitPictureOnSquare(picture, fitWidth, fitHeight, size, key);
 }
 
 // Adds one bitmap resource: its thumbnail, its label and, as the item's value, its identifier.

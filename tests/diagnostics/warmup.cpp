@@ -1,7 +1,6 @@
-// First uses that leave objects cached in the system for the rest of the process: the first
-// popup menu (its font, arrow and check bitmaps, regions) and the first top-level window with a
-// sortable list view that the mouse clicks. They happen here, before the first test, so that no
-// test is charged for them.
+// The first top-level window with a sortable list view that the mouse clicks leaves objects
+// cached in the system for the rest of the process. It happens here, before the first test, so
+// that no test is charged for them.
 #include "kvtest.h"
 #include <commctrl.h>
 #include "kvkit_diagnostics.h"
@@ -12,20 +11,6 @@ class DiagnosticsWarmUp : public ::testing::Environment {
 public:
     void SetUp() override {
         kvtest::HostWindow owner(200, 100);
-        int idle = 0;
-        owner.setHandler([&](HWND, UINT message, WPARAM kind, LPARAM menuWindow, LRESULT*) {
-            if (message != WM_ENTERIDLE || kind != MSGF_MENU) return false;
-            if (idle++ == 0) PostMessageW(reinterpret_cast<HWND>(menuWindow), WM_KEYDOWN, VK_DOWN, 1);
-            else EndMenu();
-            return true;
-        });
-        HMENU menu = CreatePopupMenu();
-        AppendMenuW(menu, MF_STRING, 1, L"&Entry\tCtrl+E");
-        AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-        AppendMenuW(menu, MF_STRING | MF_CHECKED, 2, L"Checked");
-        TrackPopupMenu(menu, TPM_RETURNCMD, 50, 50, 0, owner, nullptr);
-        DestroyMenu(menu);
-
         HWND modules = KxModuleList_Show(owner);
         HWND header = ListView_GetHeader(GetDlgItem(modules, 100));
         RECT item;
