@@ -131,13 +131,9 @@ TEST_F(ColorBoxTest, KeysChooseOrLeave) {
     EXPECT_EQ(after, GetFocus());
     EXPECT_FALSE(IsWindowVisible(popup));
     popup = open(box);
-    BYTE keys[256];
-    GetKeyboardState(keys);
-    keys[VK_SHIFT] = 0x80;
-    SetKeyboardState(keys);
+    kvtest::HoldKeys({VK_SHIFT});
     PressKey(popup, VK_TAB);
-    keys[VK_SHIFT] = 0;
-    SetKeyboardState(keys);
+    kvtest::HoldKeys({});
     EXPECT_EQ(before, GetFocus());
     EXPECT_EQ(2u, chosen().size());
     EXPECT_EQ(7, SendMessageW(box, CBM_GETSEL, 0, 0));

@@ -219,6 +219,14 @@ LRESULT CALLBACK MessageRecorder::subclassProc(HWND window, UINT message, WPARAM
 
 // ---------------------------------------------------------------------------------------------
 
+void HoldKeys(std::initializer_list<int> keys) {
+    BYTE state[256];
+    GetKeyboardState(state);
+    for (int key : {VK_CONTROL, VK_LCONTROL, VK_SHIFT, VK_LSHIFT}) state[key] = 0;
+    for (int key : keys) state[key] = 0x80;
+    SetKeyboardState(state);
+}
+
 void PumpMessages() {
     MSG msg;
     while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {

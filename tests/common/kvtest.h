@@ -4,6 +4,7 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <vector>
 #include "kvtext.h"
@@ -99,6 +100,10 @@ private:
     HWND window_;
     std::vector<RecordedMessage> messages_;
 };
+
+// Holds the keys down in this thread's keyboard state (as GetKeyState reads it); Ctrl and Shift
+// are released first, so HoldKeys({}) releases them.
+void HoldKeys(std::initializer_list<int> keys);
 
 // Dispatches every queued message of this thread.
 void PumpMessages();

@@ -95,7 +95,7 @@ private:
 class ModuleListTest : public kvtest::KvTest {
 protected:
     void TearDown() override {
-        holdKeys({});
+        kvtest::HoldKeys({});
         if (IsWindow(window)) DestroyWindow(window);
         KvTest::TearDown();
     }
@@ -104,13 +104,6 @@ protected:
         ASSERT_NE(nullptr, window);
         list = GetDlgItem(window, 100);
         ASSERT_NE(nullptr, list);
-    }
-    static void holdKeys(std::initializer_list<int> keys) {
-        BYTE state[256];
-        GetKeyboardState(state);
-        for (int key : {VK_CONTROL, VK_LCONTROL, VK_SHIFT, VK_LSHIFT}) state[key] = 0;
-        for (int key : keys) state[key] = 0x80;
-        SetKeyboardState(state);
     }
     void press(HWND target, WORD key) {
         PostMessageW(target, WM_KEYDOWN, key, 1);
@@ -210,9 +203,9 @@ TEST_F(ModuleListTest, TheWindowSortsByTheClickedColumnBothWays) {
 TEST_F(ModuleListTest, CtrlCCopiesTabSeparatedLinesAndTheClipboardIsLeftAsFound) {
     ClipboardKeeper keeper;
     open();
-    holdKeys({VK_CONTROL});
+    kvtest::HoldKeys({VK_CONTROL});
     press(list, 'C');
-    holdKeys({});
+    kvtest::HoldKeys({});
     std::wstring text = clipboardText();
     std::vector<std::wstring> lines;
     for (size_t start = 0, end; (end = text.find(L"\r\n", start)) != std::wstring::npos; start = end + 2)

@@ -22,7 +22,7 @@ protected:
         });
     }
     void TearDown() override {
-        holdKeys({});
+        kvtest::HoldKeys({});
         if (IsWindow(frame)) DestroyWindow(frame);
         KvTest::TearDown();
     }
@@ -53,13 +53,6 @@ protected:
     void press(WORD key) {
         PostMessageW(frame, WM_KEYDOWN, key, 1);
         kvtest::PumpMessages();
-    }
-    static void holdKeys(std::initializer_list<int> keys) {
-        BYTE state[256];
-        GetKeyboardState(state);
-        for (int key : {VK_CONTROL, VK_LCONTROL, VK_SHIFT, VK_LSHIFT}) state[key] = 0;
-        for (int key : keys) state[key] = 0x80;
-        SetKeyboardState(state);
     }
     static COLORREF screenPixel(POINT point) {
         HDC screen = GetDC(nullptr);
@@ -143,12 +136,12 @@ TEST_F(MoveFrameTest, KeysMoveAndResizeEnterConfirmsAndEscapeCancels) {
     create(0);
     press(VK_RIGHT);
     press(VK_DOWN);
-    holdKeys({VK_CONTROL});
+    kvtest::HoldKeys({VK_CONTROL});
     press(VK_LEFT);
-    holdKeys({VK_SHIFT});
+    kvtest::HoldKeys({VK_SHIFT});
     press(VK_RIGHT);
     press(VK_UP);
-    holdKeys({});
+    kvtest::HoldKeys({});
     EXPECT_TRUE((RECT{91, 101, 292, 250}) == rect());
     ASSERT_EQ(5u, changes.size());
     EXPECT_TRUE((RECT{101, 100, 301, 250}) == changes[0]);

@@ -63,7 +63,7 @@ protected:
     IdleStep search(const wchar_t* text, bool wholeText = false, bool matchCase = false) {
         return [=](UINT kind, HWND dialog) {
             EXPECT_EQ(static_cast<UINT>(MSGF_DIALOGBOX), kind);
-            holdKeys({});
+            kvtest::HoldKeys({});
             dialogs.push_back(dialog);
             for (int box : {101, 102})
                 if ((IsDlgButtonChecked(dialog, box) == BST_CHECKED) != (box == 101 ? wholeText : matchCase))
@@ -192,7 +192,7 @@ TEST_F(TreeMenuTest, CtrlFOpensTheDialogInsteadOfReachingTheTreeAndF3SearchesAga
     ASSERT_EQ(1, Kx1SetTreeViewProc(tree));
     TreeView_SelectItem(tree, annaBerg);
     whenIdle({search(L"lind")});
-    holdKeys({VK_CONTROL, VK_LCONTROL});
+    kvtest::HoldKeys({VK_CONTROL, VK_LCONTROL});
     EXPECT_EQ(0, SendMessageW(tree, WM_KEYDOWN, 'F', 1));
     EXPECT_EQ(1u, dialogs.size());
     EXPECT_EQ(lind, selection());
@@ -200,10 +200,10 @@ TEST_F(TreeMenuTest, CtrlFOpensTheDialogInsteadOfReachingTheTreeAndF3SearchesAga
 
     SendMessageW(tree, WM_KEYDOWN, VK_F3, 1);
     EXPECT_EQ(carl, selection());
-    holdKeys({VK_SHIFT, VK_LSHIFT});
+    kvtest::HoldKeys({VK_SHIFT, VK_LSHIFT});
     SendMessageW(tree, WM_KEYDOWN, VK_F3, 1);
     EXPECT_EQ(lind, selection());
-    holdKeys({});
+    kvtest::HoldKeys({});
     SendMessageW(tree, WM_KEYDOWN, 'F', 1);  // without Ctrl an F is the tree's
     EXPECT_EQ(3, reachedTree.count(WM_KEYDOWN));  // both F3 and the F
     EXPECT_EQ(0, loopsEndedForcibly);

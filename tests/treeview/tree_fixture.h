@@ -39,7 +39,7 @@ protected:
         UpdateWindow(tree);  // the tree makes its check box images when it first paints
     }
     void TearDown() override {
-        holdKeys({});
+        kvtest::HoldKeys({});
         destroyTree();
         host.reset();
         KvTest::TearDown();
@@ -133,14 +133,6 @@ protected:
     static void postKey(HWND window, WORD key) {
         PostMessageW(window, WM_KEYDOWN, key, 1);
         PostMessageW(window, WM_KEYUP, key, 0xC0000001);
-    }
-    // Holds the keys down in this thread's keyboard state; Ctrl and Shift are released first.
-    static void holdKeys(std::initializer_list<int> keys) {
-        BYTE state[256];
-        GetKeyboardState(state);
-        for (int key : {VK_CONTROL, VK_LCONTROL, VK_SHIFT, VK_LSHIFT}) state[key] = 0;
-        for (int key : keys) state[key] = 0x80;
-        SetKeyboardState(state);
     }
 
     std::unique_ptr<kvtest::HostWindow> host;
