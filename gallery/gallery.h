@@ -29,6 +29,10 @@ void DrawBitmapScaled(HDC dc, HBITMAP bitmap, int x, int y, int scale = 1);
 // A static text label.
 HWND AddLabel(HWND parent, int x, int y, int width, int height, const wchar_t* text);
 
+// A visible child control of any class with a sunken edge and the GUI font.
+HWND AddControl(HWND parent, const wchar_t* className, DWORD style, int x, int y, int width,
+                int height, int id);
+
 // Dispatches messages for the given time, so that pages can settle before a screenshot.
 void PumpFor(DWORD milliseconds);
 

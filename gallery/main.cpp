@@ -232,6 +232,15 @@ HWND AddLabel(HWND parent, int x, int y, int width, int height, const wchar_t* t
     return label;
 }
 
+HWND AddControl(HWND parent, const wchar_t* className, DWORD style, int x, int y, int width,
+                int height, int id) {
+    HWND child = CreateWindowExW(WS_EX_CLIENTEDGE, className, L"", WS_CHILD | WS_VISIBLE | style, x,
+                                 y, width, height, parent,
+                                 reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
+    SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), 0);
+    return child;
+}
+
 HINSTANCE GalleryLanguageModule() { return g_languageModule; }
 HINSTANCE GalleryResourceModule() { return g_resourceModule; }
 

@@ -174,17 +174,8 @@ INT_PTR CALLBACK containerProc(HWND dialog, UINT message, WPARAM, LPARAM lParam)
     return FALSE;
 }
 
-HWND createChild(HWND parent, const wchar_t* className, DWORD style, int x, int y, int width,
-                 int height, int id) {
-    HWND child = CreateWindowExW(WS_EX_CLIENTEDGE, className, L"", WS_CHILD | WS_VISIBLE | style, x,
-                                 y, width, height, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                                 nullptr, nullptr);
-    SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), 0);
-    return child;
-}
-
 void buildList(HWND container) {
-    g_page.list = createChild(container, WC_LISTVIEWW, LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
+    g_page.list = AddControl(container, WC_LISTVIEWW, LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
                               10, 54, 330, 380, kListId);
     ListView_SetExtendedListViewStyle(g_page.list, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
     KxListView_AddHeader(g_page.list, L"Customer", 0, 130);
@@ -259,7 +250,7 @@ void clickCheckBox(HTREEITEM item) {
 }
 
 void buildTree(HWND container) {
-    g_page.tree = createChild(container, WC_TREEVIEWW,
+    g_page.tree = AddControl(container, WC_TREEVIEWW,
                               TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS |
                                   TVS_CHECKBOXES,
                               360, 54, 390, 380, kTreeId);

@@ -88,21 +88,12 @@ INT_PTR CALLBACK containerProc(HWND, UINT message, WPARAM wParam, LPARAM lParam)
     return FALSE;
 }
 
-HWND createChild(HWND parent, const wchar_t* className, DWORD style, int x, int y, int width,
-                 int height, int id) {
-    HWND child = CreateWindowExW(WS_EX_CLIENTEDGE, className, L"", WS_CHILD | WS_VISIBLE | style, x,
-                                 y, width, height, parent,
-                                 reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
-    SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), 0);
-    return child;
-}
-
 void typeInto(HWND window, const wchar_t* text) {
     for (; *text; ++text) SendMessageW(window, WM_CHAR, *text, 1);
 }
 
 void buildList() {
-    g_page.list = createChild(g_page.container, WC_LISTVIEWW, LVS_REPORT | LVS_SHOWSELALWAYS, 10, 54,
+    g_page.list = AddControl(g_page.container, WC_LISTVIEWW, LVS_REPORT | LVS_SHOWSELALWAYS, 10, 54,
                               280, 250, kListId);
     ListView_SetExtendedListViewStyle(g_page.list, LVS_EX_GRIDLINES);
     KxListView_AddHeader(g_page.list, L"Customer", 0, 110);
@@ -155,7 +146,7 @@ void addImage(HIMAGELIST images, COLORREF colour, bool round) {
 }
 
 void buildTree() {
-    g_page.tree = createChild(g_page.container, WC_TREEVIEWW, TVS_HASLINES | TVS_SHOWSELALWAYS, 305, 54,
+    g_page.tree = AddControl(g_page.container, WC_TREEVIEWW, TVS_HASLINES | TVS_SHOWSELALWAYS, 305, 54,
                               240, 250, kTreeId);
     g_page.treeImages = ImageList_Create(16, 16, ILC_COLOR24 | ILC_MASK, 2, 0);
     addImage(g_page.treeImages, RGB(70, 110, 190), false);
