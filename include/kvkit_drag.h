@@ -142,21 +142,22 @@ KVKIT_API int KVKIT_CALL Kx1ResumeDrag(HWND window, int x, int y, int unused);
 // What is dragged; the values are the host's own and carried through unchanged.
 typedef long KVDDFormat;
 
-// Messages of the application-wide drag.
+// Messages of the application-wide drag: the fixed numbers 2004 to 2008, which hosts of
+// the suite use as they stand.
 enum {
     // Sent to the window under the cursor on every mouse move. wParam: int* answer (0 on
     // entry), set non-zero to accept a drop; lParam: KVDDMESSAGE*.
-    KVDD_QUERY = WM_USER + 1004,
+    KVDD_QUERY = 2004,
     // Sent to that window when the button is released over it after it accepted. wParam: int*
     // answer (0 on entry), left 0 when the drop was taken; lParam: KVDDMESSAGE*.
-    KVDD_DROP = WM_USER + 1005,
+    KVDD_DROP = 2005,
     // Posted to the owner when the drag ended without a completed drop (refused, cancelled, or
     // the target answered non-zero). wParam: the format; lParam: the user value.
-    KVDD_ENDED = WM_USER + 1006,
+    KVDD_ENDED = 2006,
     // Posted to the owner when the drop was delivered and the target left its answer 0.
-    KVDD_DROPPED = WM_USER + 1007,
+    KVDD_DROPPED = 2007,
     // Posted by the drag window to itself to end the drag (internal).
-    KVDD_FINISH = WM_USER + 1008,
+    KVDD_FINISH = 2008,
 };
 
 // Options of Kx1StartGlobalDragAndDrop.

@@ -134,8 +134,9 @@ TEST_F(AppDragTest, TheWindowUnderTheCursorIsAskedAndReceivesTheDrop) {
     EXPECT_EQ(&user, block.user);
 
     Release();
-    EXPECT_EQ((std::vector<UINT>{KVDD_QUERY, KVDD_DROP}), accepting->messages);
-    EXPECT_EQ((Endings{{KVDD_DROPPED, 42, reinterpret_cast<LPARAM>(&user)}}), endings());
+    // Hosts know the messages by their numbers.
+    EXPECT_EQ((std::vector<UINT>{2004, 2005}), accepting->messages);
+    EXPECT_EQ((Endings{{2007, 42, reinterpret_cast<LPARAM>(&user)}}), endings());
     EXPECT_FALSE(IsWindow(drag));
     EXPECT_EQ(0, Kx1IsActiveGlobalDragAndDrop(*owner));
     EXPECT_EQ(nullptr, GetCapture());
