@@ -17,7 +17,8 @@ KVKIT_API int KVKIT_CALL Kx1ComboBoxEx_GetItemWithData(HWND combo, LPARAM data);
 // window or text.
 KVKIT_API int KVKIT_CALL Kx1ComboBoxEx_GetSortIndex(HWND comboEx, const wchar_t* text);
 // Subclass procedure for the combo box inside a "ComboBoxEx32", installed with Kx1SetSubProc:
-// a key that selects an item by its first letter is swallowed.
+// a key that selects an item by its first letter is swallowed. Key-down codes are read as
+// letters, so F1 to F11 select by P to Z and the keypad digits 1 to 9 by A to I.
 KVKIT_API LRESULT KVKIT_CALL Kx1ComboxEx_SubProc(HWND combo, UINT message, WPARAM wParam,
                                                  LPARAM lParam);
 // Sets the drop-down list's width to the widest item text in `font` (the combo box's own font

@@ -14,9 +14,9 @@
 // display order that the control makes when the record has none belongs to the record from then
 // on: the host frees it with FreeMemory (kvtext) when it discards the record.
 //
-// When it is destroyed, the inner list box deletes the font that it took from the container's
-// parent at building (WM_GETFONT). Give the parent a font that may go then: a stock font, or one
-// made for the list.
+// When it is destroyed or built again, the inner list box deletes the font that it took from the
+// container's parent at building (WM_GETFONT). Give the parent a font that may go then: a stock
+// font, or one made for the list.
 #pragma once
 #include "kvkit_api.h"
 #include <stddef.h>

@@ -6,7 +6,9 @@
 //   HWND pages = KVScroll_CreateWindow(dialog, 300, 10, 10, 120, 20, KVS_REPEAT, instance,
 //                                      text, font, 0, 0);   // text: a kvtext string, now owned
 //   KVScroll_SetScrollRange(pages, SB_CTL, 1, 12, TRUE);
-//   parent: case KVSN_QUERYSTEP: return LOWORD(lParam) <= pageCount;  // non-zero allows it
+//   parent: case KVSN_QUERYSTEP: allowed = (short)LOWORD(lParam) <= pageCount;  // non-zero allows
+//           a window procedure returns `allowed`; a dialog procedure stores it with
+//           SetWindowLongPtr(dialog, DWLP_MSGRESULT, allowed) and returns TRUE
 #pragma once
 #include "kvkit_api.h"
 
