@@ -4,29 +4,23 @@
 // for ranges, Enter, Escape).
 #define DATEPICKER_BUILDING
 #include "datepicker.h"
+#include "kvbase.h"
 #include <stdio.h>
 
 namespace {
 
-// --- calendar arithmetic on day numbers (days since 1 January 1970) -------------------------
+// --- calendar arithmetic: the base library's calendar, and day numbers (days since 1 January
+// 1970) to step by days ---------------------------------------------------------------------
 
 int makeDate(int year, int month, int day) { return (year * 100 + month) * 100 + day; }
 int yearOf(int date) { return date / 10000; }
 int monthOf(int date) { return date / 100 % 100; }
 int dayOf(int date) { return date % 100; }
 
-bool isLeapYear(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
+int daysInMonth(int year, int month) { return DaysPerMonth(makeDate(year, month, 1)); }
 
-int daysInMonth(int year, int month) {
-    static const int days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    if (month < 1 || month > 12) return 0;
-    return month == 2 && isLeapYear(year) ? 29 : days[month - 1];
-}
-
-bool isValidDate(int date) {
-    int year = yearOf(date), month = monthOf(date), day = dayOf(date);
-    return year >= 1 && year <= 9999 && day >= 1 && day <= daysInMonth(year, month);
-}
+// GetDay answers -1 for a date that does not exist.
+bool isValidDate(int date) { return GetDay(date) >= 0; }
 
 int dayNumber(int date) {
     int year = yearOf(date), month = monthOf(date), day = dayOf(date);
@@ -52,17 +46,13 @@ int dateOf(int n) {
 // 0 = Monday .. 6 = Sunday; 1 January 1970 was a Thursday.
 int weekdayOf(int n) { return ((n + 3) % 7 + 7) % 7; }
 
-// ISO week of the week that starts on the Monday `monday`: the week of its Thursday's year.
-int isoWeek(int monday) {
-    int thursday = monday + 3;
-    int jan4 = dayNumber(makeDate(yearOf(dateOf(thursday)), 1, 4));
-    return (monday - (jan4 - weekdayOf(jan4))) / 7 + 1;
-}
+// ISO week of the week that starts on the Monday `monday`.
+int isoWeek(int monday) { return GetWeek(dateOf(monday), nullptr, nullptr); }
 
 int today() {
-    SYSTEMTIME now;
-    GetLocalTime(&now);
-    return makeDate(now.wYear, now.wMonth, now.wDay);
+    int date = 0;
+    GetDateTime(nullptr, &date, nullptr);
+    return date;
 }
 
 const int kFirstDay = 10101, kLastDay = 99991231;
