@@ -26,6 +26,9 @@ HWND CreatePaintedPanel(HWND parent, int x, int y, int width, int height, PaintC
 // Draws the bitmap at (x, y), each pixel as a scale x scale square.
 void DrawBitmapScaled(HDC dc, HBITMAP bitmap, int x, int y, int scale = 1);
 
+// Fills a rectangle (or the ellipse in it when `round`) with `colour`, outlined in black.
+void FillShape(HDC dc, COLORREF colour, bool round, int left, int top, int right, int bottom);
+
 // A static text label.
 HWND AddLabel(HWND parent, int x, int y, int width, int height, const wchar_t* text);
 

@@ -232,6 +232,17 @@ HWND AddLabel(HWND parent, int x, int y, int width, int height, const wchar_t* t
     return label;
 }
 
+void FillShape(HDC dc, COLORREF colour, bool round, int left, int top, int right, int bottom) {
+    HBRUSH brush = CreateSolidBrush(colour);
+    HGDIOBJ oldBrush = SelectObject(dc, brush);
+    HGDIOBJ oldPen = SelectObject(dc, GetStockObject(BLACK_PEN));
+    if (round) Ellipse(dc, left, top, right, bottom);
+    else Rectangle(dc, left, top, right, bottom);
+    SelectObject(dc, oldPen);
+    SelectObject(dc, oldBrush);
+    DeleteObject(brush);
+}
+
 HWND AddControl(HWND parent, const wchar_t* className, DWORD style, int x, int y, int width,
                 int height, int id) {
     HWND child = CreateWindowExW(WS_EX_CLIENTEDGE, className, L"", WS_CHILD | WS_VISIBLE | style, x,

@@ -68,32 +68,21 @@ void addImage(HIMAGELIST images, Paint paint) {
     ReleaseDC(nullptr, screen);
 }
 
-void fillShape(HDC dc, COLORREF colour, bool round, int left, int top, int right, int bottom) {
-    HBRUSH brush = CreateSolidBrush(colour);
-    HGDIOBJ oldBrush = SelectObject(dc, brush);
-    HGDIOBJ oldPen = SelectObject(dc, GetStockObject(BLACK_PEN));
-    if (round) Ellipse(dc, left, top, right, bottom);
-    else Rectangle(dc, left, top, right, bottom);
-    SelectObject(dc, oldPen);
-    SelectObject(dc, oldBrush);
-    DeleteObject(brush);
-}
-
 HIMAGELIST makeItemImages() {
     HIMAGELIST images = ImageList_Create(16, 16, ILC_COLOR24 | ILC_MASK, 4, 0);
     addImage(images, [](HDC dc) {  // a building
-        fillShape(dc, RGB(70, 110, 190), false, 2, 3, 14, 15);
-        for (int y = 5; y < 13; y += 3) fillShape(dc, RGB(250, 240, 160), false, 5, y, 11, y + 2);
+        FillShape(dc, RGB(70, 110, 190), false, 2, 3, 14, 15);
+        for (int y = 5; y < 13; y += 3) FillShape(dc, RGB(250, 240, 160), false, 5, y, 11, y + 2);
     });
     addImage(images, [](HDC dc) {  // a person
-        fillShape(dc, RGB(60, 160, 90), true, 5, 1, 11, 7);
-        fillShape(dc, RGB(60, 160, 90), true, 2, 8, 14, 18);
+        FillShape(dc, RGB(60, 160, 90), true, 5, 1, 11, 7);
+        FillShape(dc, RGB(60, 160, 90), true, 2, 8, 14, 18);
     });
     addImage(images, [](HDC dc) {  // mark 1: a red dot in the lower left corner
-        fillShape(dc, RGB(220, 30, 30), true, 0, 7, 9, 16);
+        FillShape(dc, RGB(220, 30, 30), true, 0, 7, 9, 16);
     });
     addImage(images, [](HDC dc) {  // mark 2: an orange square in the lower right corner
-        fillShape(dc, RGB(250, 150, 20), false, 8, 8, 16, 16);
+        FillShape(dc, RGB(250, 150, 20), false, 8, 8, 16, 16);
     });
     ImageList_SetOverlayImage(images, kFlagImage, kFlagMark);
     ImageList_SetOverlayImage(images, kStarImage, kStarMark);
@@ -106,8 +95,8 @@ HIMAGELIST makeStateImages() {
     for (int image = 0; image < 4; ++image) {
         addImage(images, [&](HDC dc) {
             if (image == 0) return;  // state image 0 is never shown
-            fillShape(dc, RGB(255, 255, 255), false, 2, 2, 15, 15);
-            if (image == kPartialImage) fillShape(dc, RGB(40, 90, 200), false, 5, 5, 12, 12);
+            FillShape(dc, RGB(255, 255, 255), false, 2, 2, 15, 15);
+            if (image == kPartialImage) FillShape(dc, RGB(40, 90, 200), false, 5, 5, 12, 12);
             if (image != 2) return;
             HPEN pen = CreatePen(PS_SOLID, 2, RGB(0, 0, 0));
             HGDIOBJ old = SelectObject(dc, pen);

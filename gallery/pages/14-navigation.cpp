@@ -33,17 +33,6 @@ PageState g_page;
 
 // --- pictures ---------------------------------------------------------------------------------
 
-void fillShape(HDC dc, COLORREF colour, bool round, int left, int top, int right, int bottom) {
-    HBRUSH brush = CreateSolidBrush(colour);
-    HGDIOBJ oldBrush = SelectObject(dc, brush);
-    HGDIOBJ oldPen = SelectObject(dc, GetStockObject(BLACK_PEN));
-    if (round) Ellipse(dc, left, top, right, bottom);
-    else Rectangle(dc, left, top, right, bottom);
-    SelectObject(dc, oldPen);
-    SelectObject(dc, oldBrush);
-    DeleteObject(brush);
-}
-
 // A picture of width x height on magenta (the transparent colour), drawn by `paint`.
 template <typename Paint>
 HBITMAP picture(int width, int height, Paint paint) {
@@ -64,25 +53,25 @@ HBITMAP picture(int width, int height, Paint paint) {
 
 HBITMAP people(COLORREF colour) {
     return picture(32, 32, [&](HDC dc) {
-        fillShape(dc, colour, true, 10, 2, 22, 14);
-        fillShape(dc, colour, true, 4, 16, 28, 40);
+        FillShape(dc, colour, true, 10, 2, 22, 14);
+        FillShape(dc, colour, true, 4, 16, 28, 40);
     });
 }
 
 HBITMAP building(COLORREF colour) {
     return picture(32, 32, [&](HDC dc) {
-        fillShape(dc, colour, false, 4, 6, 28, 31);
+        FillShape(dc, colour, false, 4, 6, 28, 31);
         for (int y = 10; y < 26; y += 6)
-            for (int x = 8; x < 24; x += 7) fillShape(dc, RGB(250, 240, 160), false, x, y, x + 4, y + 4);
+            for (int x = 8; x < 24; x += 7) FillShape(dc, RGB(250, 240, 160), false, x, y, x + 4, y + 4);
     });
 }
 
 // A calendar leaf with `rows` lines of days marked.
 HBITMAP calendar(int rows) {
     return picture(32, 32, [&](HDC dc) {
-        fillShape(dc, RGB(255, 255, 255), false, 3, 4, 29, 30);
-        fillShape(dc, RGB(200, 50, 50), false, 3, 4, 29, 11);
-        for (int row = 0; row < rows; ++row) fillShape(dc, RGB(70, 110, 190), false, 7, 14 + row * 5, 25, 17 + row * 5);
+        FillShape(dc, RGB(255, 255, 255), false, 3, 4, 29, 30);
+        FillShape(dc, RGB(200, 50, 50), false, 3, 4, 29, 11);
+        for (int row = 0; row < rows; ++row) FillShape(dc, RGB(70, 110, 190), false, 7, 14 + row * 5, 25, 17 + row * 5);
     });
 }
 
@@ -120,7 +109,7 @@ HIMAGELIST stateImages() {
     for (int image = 0; image < 3; ++image) {
         HBITMAP box = picture(16, 16, [&](HDC dc) {
             if (image == 0) return;
-            fillShape(dc, RGB(255, 255, 255), false, 2, 2, 15, 15);
+            FillShape(dc, RGB(255, 255, 255), false, 2, 2, 15, 15);
             if (image != 2) return;
             HPEN pen = CreatePen(PS_SOLID, 2, RGB(0, 0, 0));
             HGDIOBJ old = SelectObject(dc, pen);
@@ -139,12 +128,12 @@ HIMAGELIST stateImages() {
 HIMAGELIST itemImages() {
     HIMAGELIST images = ImageList_Create(16, 16, ILC_COLOR24 | ILC_MASK, 3, 0);
     HBITMAP pictures[] = {
-        picture(16, 16, [](HDC dc) { fillShape(dc, RGB(70, 110, 190), false, 2, 3, 14, 15); }),
+        picture(16, 16, [](HDC dc) { FillShape(dc, RGB(70, 110, 190), false, 2, 3, 14, 15); }),
         picture(16, 16, [](HDC dc) {
-            fillShape(dc, RGB(60, 160, 90), true, 5, 1, 11, 7);
-            fillShape(dc, RGB(60, 160, 90), true, 2, 8, 14, 18);
+            FillShape(dc, RGB(60, 160, 90), true, 5, 1, 11, 7);
+            FillShape(dc, RGB(60, 160, 90), true, 2, 8, 14, 18);
         }),
-        picture(16, 16, [](HDC dc) { fillShape(dc, RGB(220, 30, 30), true, 0, 8, 8, 16); }),
+        picture(16, 16, [](HDC dc) { FillShape(dc, RGB(220, 30, 30), true, 0, 8, 8, 16); }),
     };
     for (HBITMAP bitmap : pictures) {
         ImageList_AddMasked(images, bitmap, kMagenta);
@@ -228,8 +217,8 @@ HBITMAP splashLogo() {
     HGDIOBJ old = SelectObject(dc, logo);
     RECT all = {0, 0, 420, 240};
     Kx1GradientFill(dc, RGB(20, 50, 120), RGB(70, 130, 200), 0, 1, &all);
-    fillShape(dc, RGB(250, 190, 40), true, 30, 40, 110, 120);
-    fillShape(dc, RGB(240, 240, 240), true, 62, 72, 142, 152);
+    FillShape(dc, RGB(250, 190, 40), true, 30, 40, 110, 120);
+    FillShape(dc, RGB(240, 240, 240), true, 62, 72, 142, 152);
     HFONT font = CreateFontW(-52, 0, 0, 0, FW_BOLD, 0, 0, 0, 0, 0, 0, ANTIALIASED_QUALITY, 0, L"Arial");
     HGDIOBJ oldFont = SelectObject(dc, font);
     SetBkMode(dc, TRANSPARENT);
